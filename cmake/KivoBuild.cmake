@@ -1,0 +1,99 @@
+# How every target of the project is built, and the helpers that its folders use.
+include_guard()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+option(KIVO_SANITIZE_ADDRESS "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(KIVO_SANITIZE_THREAD "Build with ThreadSanitizer" OFF)
+option(KIVO_FUZZERS "Build the libFuzzer targets (clang only)" OFF)
+
+# The program's tree in the build folder has the shape of the installed one:
+#   app/{kivo,libkivo.so,KVLibExport.so,skin/public/}  app/plugin/tunehive/{tunehive.so,…}
+set(KIVO_APP_DIR "${CMAKE_BINARY_DIR}/app")
+set(KIVO_PLUGIN_DIR "${KIVO_APP_DIR}/plugin/tunehive")
+
+# Everything of ours is compiled and linked with this.
+add_library(kivo_options INTERFACE)
+target_include_directories(kivo_options INTERFACE "${CMAKE_SOURCE_DIR}")
+# A unique symbol keeps a library mapped after dlclose; the plug-in must really unload.
+target_compile_options(kivo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+target_compile_definitions(kivo_options INTERFACE $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
+if(KIVO_SANITIZE_ADDRESS)
+  target_compile_options(kivo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                -fno-omit-frame-pointer)
+  target_link_options(kivo_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(KIVO_SANITIZE_THREAD)
+  target_compile_options(kivo_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(kivo_options INTERFACE -fsanitize=thread)
+endif()
+
+add_library(kivo_warnings INTERFACE)
+target_compile_options(
+  kivo_warnings
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wshadow
+            -Wconversion
+            -Wsign-conversion
+            -Wold-style-cast
+            -Wnon-virtual-dtor
+            -Woverloaded-virtual
+            -Wcast-align
+            -Wformat=2
+            -Werror
+            $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast>
+            $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond>
+            $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>)
+
+# kivo_library(NAME SOURCES … HEADERS … [LINK …] [PRIVATE_LINK …]): a folder's static library.
+# Headers form a file set, so that each is also compiled alone (target NAME_verify_interface_header_sets).
+function(kivo_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}" FILES ${ARG_HEADERS})
+  target_link_libraries(${name} PUBLIC kivo_options ${ARG_LINK} PRIVATE kivo_warnings ${ARG_PRIVATE_LINK})
+endfunction()
+
+# kivo_interface(NAME HEADERS … [LINK …]): a folder of headers alone.
+function(kivo_interface name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+  add_library(${name} INTERFACE)
+  target_sources(${name} INTERFACE FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}" FILES ${ARG_HEADERS})
+  target_link_libraries(${name} INTERFACE kivo_options ${ARG_LINK})
+endfunction()
+
+# kivo_test(NAME SOURCES … LINK … [LABELS …] [TIMEOUT seconds] [ENVIRONMENT …]): a GoogleTest program.
+function(kivo_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE kivo_options kivo_warnings ${ARG_LINK} GTest::gtest GTest::gtest_main)
+  set(properties TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_LABELS)
+    list(APPEND properties LABELS "${ARG_LABELS}")
+  endif()
+  if(ARG_ENVIRONMENT)
+    list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
+  endif()
+  # Without NO_PRETTY_VALUES the names of parametrised tests hold addresses and change at each run.
+  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+endfunction()
+
+# kivo_bench(NAME SOURCES … LINK …): a Google Benchmark program; the run target of scripts/bench.
+function(kivo_bench name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} EXCLUDE_FROM_ALL ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE kivo_options kivo_warnings ${ARG_LINK} benchmark::benchmark)
+  add_dependencies(benchmarks ${name})
+endfunction()
+add_custom_target(benchmarks)
