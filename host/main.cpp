@@ -1,0 +1,7 @@
+#include <cstdio>
+
+int main()
+{
+    std::puts("kivo " KIVO_VERSION);
+    return 0;
+}
