@@ -1,0 +1,235 @@
+#include "shell/base/XmlRecords.h"
+
+#include "shell/base/XmlBounds.h"
+#include "shell/contracts/common/Text.h"
+
+#include <tinyxml.h>
+
+#include <cstddef>
+#include <memory>
+
+namespace kivo::tunehive {
+
+namespace {
+
+constexpr std::size_t kMaxBytes = std::size_t{256} << 20;
+constexpr std::size_t kWriteBlock = std::size_t{1} << 20;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// Line ends become LF and the text stops at a NUL, as TiXmlDocument::LoadFile has it.
+void NormalizeLines(std::string& text)
+{
+    std::size_t to = 0;
+    for (std::size_t from = 0; from < text.size() && text[from] != '\0'; ++from) {
+        const bool isReturn = text[from] == '\r';
+        if (isReturn && from + 1 < text.size() && text[from + 1] == '\n')
+            ++from;
+        text[to++] = isReturn ? '\n' : text[from];
+    }
+    text.resize(to);
+}
+
+bool NamesUtf8(const std::string& encoding)
+{
+    return common::string_compare_no_case(encoding, "utf-8") == 0 ||
+           common::string_compare_no_case(encoding, "utf8") == 0;
+}
+
+// Walks a document with TinyXML's own parsers, one node of the upper two levels at a time. It is an
+// element only to reach the steps that TinyXML keeps for its nodes.
+class RecordParser : private TiXmlElement {
+public:
+    RecordParser(const char* root, XmlProlog& prolog, const TakeXmlRecord& take)
+        : TiXmlElement("")
+        , root_(root)
+        , prolog_(prolog)
+        , take_(take)
+    {
+    }
+
+    XmlResult ParseDocument(const char* text, bool isValidUtf8);
+
+private:
+    void FindProlog(const char* text, bool isValidUtf8);
+    bool IsRoot(const char* text) const;
+    const char* ParseNode(const char* text, bool isRecord);
+    const char* ParseRoot(const char* text);
+    const char* ParseRecords(const char* text);
+
+    const char* const root_;
+    XmlProlog& prolog_;
+    const TakeXmlRecord& take_;
+    TiXmlEncoding encoding_ = TIXML_ENCODING_LEGACY;
+    bool hasRoot_ = false;
+};
+
+XmlResult RecordParser::ParseDocument(const char* text, bool isValidUtf8)
+{
+    text = SkipWhiteSpace(text, TIXML_ENCODING_LEGACY);
+    FindProlog(text, isValidUtf8);
+    // What stands between nodes of the document and begins no node ends it.
+    while (text != nullptr && *text == '<') {
+        text = !hasRoot_ && IsRoot(text) ? ParseRoot(text) : ParseNode(text, /*isRecord=*/false);
+        if (text != nullptr)
+            text = SkipWhiteSpace(text, encoding_);
+    }
+    if (text == nullptr)
+        return XmlResult::Failed;
+    return hasRoot_ ? XmlResult::Read : XmlResult::NoRoot;
+}
+
+// In TinyXML's UTF-8 mode a lead byte without its followers swallows the quote behind it, so
+// that mode is kept for files that say that they are UTF-8 and are. The values are the same bytes
+// in both.
+void RecordParser::FindProlog(const char* text, bool isValidUtf8)
+{
+    prolog_ = {};
+    if (text == nullptr || !StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
+        return;
+    TiXmlDeclaration declaration;
+    declaration.Parse(text, nullptr, TIXML_ENCODING_LEGACY);
+    prolog_ = {/*isDeclared=*/true, declaration.Encoding()};
+    if (isValidUtf8 && NamesUtf8(prolog_.encoding))
+        encoding_ = TIXML_ENCODING_UTF8;
+}
+
+bool RecordParser::IsRoot(const char* text) const
+{
+    std::string name;
+    return ReadName(text + 1, &name, encoding_) != nullptr &&
+           common::string_compare_no_case(name, root_) == 0;
+}
+
+const char* RecordParser::ParseNode(const char* text, bool isRecord)
+{
+    const std::unique_ptr<TiXmlNode> node(Identify(text, encoding_));
+    if (node == nullptr)
+        return nullptr;
+    const char* const rest = node->Parse(text, nullptr, encoding_);
+    if (rest != nullptr && isRecord && node->ToElement() != nullptr)
+        take_(*node->ToElement());
+    return rest;
+}
+
+// The start tag alone goes to TinyXML, as an element without content.
+const char* RecordParser::ParseRoot(const char* text)
+{
+    const char* const end = FindTagEnd(text);
+    if (end == nullptr)
+        return nullptr;
+    const bool isClosed = end[-1] == '/';
+    const std::string tag = std::string(text, isClosed ? end - 1 : end) + "/>";
+    TiXmlElement root("");
+    if (root.Parse(tag.c_str(), nullptr, encoding_) == nullptr)
+        return nullptr;
+    hasRoot_ = true;
+    if (isClosed)
+        return end + 1;
+
+    const char* rest = ParseRecords(end + 1);
+    const std::string endTag = "</" + root.ValueStr();
+    if (rest == nullptr || !StringEqual(rest, endTag.c_str(), /*ignoreCase=*/false, encoding_))
+        return nullptr;
+    rest = SkipWhiteSpace(rest + endTag.size(), encoding_);
+    return rest != nullptr && *rest == '>' ? rest + 1 : nullptr;
+}
+
+// To the end tag of the root; null without one.
+const char* RecordParser::ParseRecords(const char* text)
+{
+    text = SkipWhiteSpace(text, encoding_);
+    while (text != nullptr && *text != '\0') {
+        if (text[0] == '<' && text[1] == '/')
+            return text;
+        if (*text == '<') {
+            text = ParseNode(text, /*isRecord=*/true);
+        } else {
+            TiXmlText passedOver("");
+            text = passedOver.Parse(text, nullptr, encoding_);
+        }
+        if (text != nullptr)
+            text = SkipWhiteSpace(text, encoding_);
+    }
+    return nullptr;
+}
+
+} // namespace
+
+XmlResult
+ParseXmlRecords(std::string bytes, const char* root, XmlProlog& prolog, const TakeXmlRecord& take)
+{
+    prolog = {};
+    if (bytes.empty())
+        return XmlResult::Empty;
+    if (bytes.size() > kMaxBytes)
+        return XmlResult::Failed;
+    if (bytes.starts_with(kByteOrderMark))
+        bytes.erase(0, kByteOrderMark.size());
+    NormalizeLines(bytes);
+    if (!IsInsideXmlBounds(bytes))
+        return XmlResult::Failed;
+    return RecordParser(root, prolog, take).ParseDocument(bytes.c_str(), IsWholeUtf8(bytes));
+}
+
+XmlResult
+ReadXmlRecords(const String& path, const char* root, XmlProlog& prolog, const TakeXmlRecord& take)
+{
+    prolog = {};
+    std::string bytes;
+    switch (ReadFileBytes(path, bytes, kMaxBytes)) {
+    case ReadResult::Read: return ParseXmlRecords(std::move(bytes), root, prolog, take);
+    case ReadResult::Missing: return XmlResult::Missing;
+    case ReadResult::TooLarge:
+    case ReadResult::Failed: break;
+    }
+    return XmlResult::Failed;
+}
+
+bool IsNamed(const TiXmlElement& element, const char* name)
+{
+    return common::string_compare_no_case(element.ValueStr(), name) == 0;
+}
+
+std::string_view GetAttribute(const TiXmlElement& element, const char* name)
+{
+    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
+         attribute = attribute->Next())
+        if (common::string_compare_no_case(attribute->NameTStr(), name) == 0)
+            return attribute->ValueStr();
+    return {};
+}
+
+XmlRecordWriter::XmlRecordWriter(const String& path, const char* root)
+    : file_(path)
+    , root_(root)
+{
+    TiXmlDeclaration("1.0", "utf-8", "no").Print(nullptr, 0, &buffer_);
+    buffer_ += "\n<" + root_;
+}
+
+void XmlRecordWriter::Write(const TiXmlElement& record)
+{
+    buffer_ += isEmpty_ ? ">\n    <" : "    <";
+    isEmpty_ = false;
+    buffer_ += record.ValueStr();
+    for (const TiXmlAttribute* attribute = record.FirstAttribute(); attribute != nullptr;
+         attribute = attribute->Next()) {
+        buffer_ += ' ';
+        attribute->Print(nullptr, 0, &buffer_);
+    }
+    buffer_ += " />\n";
+    if (buffer_.size() < kWriteBlock)
+        return;
+    file_.Write(buffer_);
+    buffer_.clear();
+}
+
+bool XmlRecordWriter::Commit()
+{
+    buffer_ += isEmpty_ ? " />\n" : "</" + root_ + ">\n";
+    file_.Write(buffer_);
+    buffer_.clear();
+    return file_.Commit();
+}
+
+} // namespace kivo::tunehive
