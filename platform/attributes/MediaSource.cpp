@@ -1,0 +1,86 @@
+#include "platform/attributes/MediaSource.h"
+
+#include "shell/contracts/common/Text.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace kivo::attributes {
+
+namespace {
+// The size that read a mix of formats fastest; larger windows read more than the tags need.
+constexpr std::size_t kWindowBytes = 16 * 1024;
+constexpr std::size_t kPageBytes = 4 * 1024;
+} // namespace
+
+MediaSource::MediaSource(const String& path)
+    : descriptor_(
+          ::open(common::TextToPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
+{
+    struct stat status {};
+    if (descriptor_ < 0)
+        return;
+    if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor_);
+        descriptor_ = -1;
+        return;
+    }
+    length_ = status.st_size;
+}
+
+MediaSource::~MediaSource()
+{
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+}
+
+std::size_t MediaSource::ReadThrough(std::int64_t offset, char* bytes, std::size_t count) const
+{
+    std::size_t done = 0;
+    while (done < count) {
+        const off_t from = offset + static_cast<std::int64_t>(done);
+        const ssize_t got = ::pread(descriptor_, bytes + done, count - done, from);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+bool MediaSource::MoveWindow(std::int64_t offset)
+{
+    const std::int64_t start = offset - offset % static_cast<std::int64_t>(kPageBytes);
+    window_.resize(kWindowBytes + kPageBytes);
+    window_.resize(ReadThrough(start, window_.data(), window_.size()));
+    windowStart_ = start;
+    return !window_.empty();
+}
+
+std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t count)
+{
+    if (!IsOpen() || offset < 0 || offset >= length_)
+        return 0;
+    count = std::min(count, static_cast<std::size_t>(length_ - offset));
+    if (count > kWindowBytes)
+        return ReadThrough(offset, static_cast<char*>(bytes), count);
+
+    const auto end = [this] { return windowStart_ + static_cast<std::int64_t>(window_.size()); };
+    const bool inside =
+        offset >= windowStart_ && offset + static_cast<std::int64_t>(count) <= end();
+    if (!inside && !MoveWindow(offset))
+        return 0;
+    if (offset >= end())
+        return 0; // The file has become shorter.
+    const std::size_t got = std::min(count, static_cast<std::size_t>(end() - offset));
+    std::memcpy(bytes, window_.data() + (offset - windowStart_), got);
+    return got;
+}
+
+} // namespace kivo::attributes

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "shell/contracts/base/String.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace kivo::attributes {
+
+// A media file open for reading through one window. Only regular files open: a FIFO would never
+// answer. Thread: any, one object on one thread at a time.
+class MediaSource {
+public:
+    explicit MediaSource(const String& path);
+    MediaSource(const MediaSource&) = delete;
+    MediaSource& operator=(const MediaSource&) = delete;
+    ~MediaSource();
+
+    [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
+    [[nodiscard]] std::int64_t GetLength() const { return length_; } // Bytes, as at the opening.
+
+    // Bytes from `offset` on: fewer than asked at the end, 0 on an error. Small reads go through
+    // the window.
+    std::size_t ReadAt(std::int64_t offset, void* bytes, std::size_t count);
+
+private:
+    std::size_t ReadThrough(std::int64_t offset, char* bytes, std::size_t count) const;
+    bool MoveWindow(std::int64_t offset);
+
+    int descriptor_ = -1;
+    std::int64_t length_ = 0;
+    std::int64_t windowStart_ = 0;
+    std::string window_;
+};
+
+} // namespace kivo::attributes

@@ -1,0 +1,147 @@
+#include "platform/attributes/MetadataEditor.h"
+
+#include "platform/attributes/AvReader.h"
+#include "platform/attributes/MediaSource.h"
+#include "platform/attributes/TagReader.h"
+#include "shell/contracts/common/Text.h"
+#include "shell/contracts/framework/Paths.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace kivo::attributes {
+
+namespace {
+
+constexpr std::int64_t kUnitsPerMillisecond = 10'000; // Of 100 ns.
+
+// The longest text that a 16-bit count of bytes can hold with its terminator.
+constexpr std::size_t kLongestText =
+    std::numeric_limits<std::uint16_t>::max() / sizeof(char16_t) - 1;
+
+HRESULT Copy(const void* bytes, std::size_t size, std::uint8_t* value, std::uint16_t* length)
+{
+    if (value != nullptr)
+        std::memcpy(value, bytes, std::min<std::size_t>(size, *length));
+    else
+        *length = static_cast<std::uint16_t>(size);
+    return S_OK;
+}
+
+// Formats in which a missing length is worth the second, costlier reader.
+bool WantsSecondReader(Content content)
+{
+    return content == Content::Wave || content == Content::Mp4 || content == Content::Asf;
+}
+
+void FillMissing(AttributeRecord& record, const AttributeRecord& other)
+{
+    const auto fill = [](auto& field, const auto& value) {
+        if (!field)
+            field = value;
+    };
+    fill(record.milliseconds, other.milliseconds);
+    fill(record.bitsPerSecond, other.bitsPerSecond);
+    fill(record.title, other.title);
+    fill(record.author, other.author);
+    fill(record.album, other.album);
+    fill(record.genre, other.genre);
+    fill(record.comment, other.comment);
+}
+
+std::optional<AttributeRecord> ReadAttributes(const String& path)
+{
+    MediaSource source(path);
+    if (!source.IsOpen() || source.GetLength() == 0)
+        return std::nullopt;
+    String extension = common::ToLowerAscii(PathFindExtensionW(path));
+    extension.erase(0, 1);
+    const Sniffed sniffed = Sniff(source, extension == u"mp3");
+    if (sniffed.content == Content::Midi)
+        return std::nullopt;
+
+    auto record = ReadTags(source, sniffed);
+    const bool isUnread = !record && sniffed.content == Content::Unknown;
+    const bool isShort = !record || !record->milliseconds;
+    if (isUnread || (isShort && WantsSecondReader(sniffed.content))) {
+        const auto other = ReadByAvformat(source, common::CString_to_utf8(extension));
+        if (record && other)
+            FillMissing(*record, *other);
+        else if (other)
+            record = other;
+    }
+    return record;
+}
+
+class MetadataEditor final : public IWMMetadataEditor {
+public:
+    MetadataEditor() = default;
+    virtual ~MetadataEditor() = default;
+
+    HRESULT Open(const String& path) override
+    {
+        header_.reset();
+        try {
+            if (auto record = ReadAttributes(path))
+                header_ = std::make_unique<RecordHeader>(std::move(*record));
+        } catch (...) {
+            // TagLib allocates what a file asks for; without memory the file has no attributes.
+            return E_FAIL;
+        }
+        return header_ ? S_OK : E_FAIL;
+    }
+
+    IWMHeaderInfo3* QueryHeaderInfo() override { return header_.get(); }
+    void Release() override { delete this; }
+
+private:
+    std::unique_ptr<RecordHeader> header_;
+};
+
+} // namespace
+
+RecordHeader::RecordHeader(AttributeRecord record)
+    : record_(std::move(record))
+{
+}
+
+HRESULT RecordHeader::GetAttributeByName(std::uint16_t stream,
+                                         const char16_t* name,
+                                         std::uint8_t* value,
+                                         std::uint16_t* length)
+{
+    const StringView wanted(name);
+    if (stream != 0 || length == nullptr)
+        return E_FAIL;
+    if (wanted == u"Duration" && record_.milliseconds) {
+        const std::int64_t units = *record_.milliseconds * kUnitsPerMillisecond;
+        return Copy(&units, sizeof units, value, length);
+    }
+    if (wanted == u"Bitrate" && record_.bitsPerSecond)
+        return Copy(&*record_.bitsPerSecond, sizeof *record_.bitsPerSecond, value, length);
+
+    const std::pair<StringView, const std::optional<String>*> texts[] = {
+        {u"Title",         &record_.title  },
+        {u"Author",        &record_.author },
+        {u"Description",   &record_.comment},
+        {u"WM/Genre",      &record_.genre  },
+        {u"WM/AlbumTitle", &record_.album  },
+    };
+    for (const auto& [attribute, text] : texts) {
+        if (wanted != attribute || !*text || (*text)->empty())
+            continue;
+        const String cut = (*text)->substr(0, kLongestText);
+        return Copy(cut.c_str(), (cut.size() + 1) * sizeof(char16_t), value, length);
+    }
+    return ASF_E_NOTFOUND;
+}
+
+IWMMetadataEditor* MakeMetadataEditor()
+{
+    return new MetadataEditor;
+}
+
+} // namespace kivo::attributes
