@@ -1,0 +1,47 @@
+#include "mediares/ItemPathIndex.h"
+
+#include "mediares/SIDGenerator.h"
+
+namespace kivo::tunehive {
+
+const PackedText* ItemPathIndex::Add(std::uint64_t track, StringView path)
+{
+    const auto place = tracks_.lower_bound(path);
+    if (place == tracks_.end() || place->first.Compare(path) != 0)
+        return &tracks_.emplace_hint(place, PackedText(path), Tracks{track, nullptr})->first;
+    Tracks& tracks = place->second;
+    if (tracks.others == nullptr)
+        tracks.others = std::make_unique<std::set<std::uint64_t>>();
+    tracks.others->insert(track);
+    return &place->first;
+}
+
+void ItemPathIndex::Remove(std::uint64_t track, const PackedText* path)
+{
+    const auto place = tracks_.find(*path);
+    if (place == tracks_.end())
+        return;
+    Tracks& tracks = place->second;
+    if (tracks.first != track) {
+        if (tracks.others != nullptr)
+            tracks.others->erase(track);
+    } else if (tracks.others == nullptr || tracks.others->empty()) {
+        tracks_.erase(place);
+    } else {
+        tracks.first = tracks.others->extract(tracks.others->begin()).value();
+    }
+}
+
+void ItemPathIndex::Find(StringView path, std::set<String>& sids) const
+{
+    const auto place = tracks_.find(path);
+    if (place == tracks_.end())
+        return;
+    sids.insert(SIDGenerator::FromNumber(place->second.first));
+    if (place->second.others == nullptr)
+        return;
+    for (const std::uint64_t track : *place->second.others)
+        sids.insert(SIDGenerator::FromNumber(track));
+}
+
+} // namespace kivo::tunehive

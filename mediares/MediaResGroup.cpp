@@ -1,0 +1,183 @@
+#include "mediares/MediaResGroup.h"
+
+#include "medialib/IMediaLibManager.h"
+#include "mediares/GroupIds.h"
+#include "mediares/GroupInfo.h"
+#include "mediares/ItemFile.h"
+#include "shell/contracts/framework/Files.h"
+
+#include <utility>
+
+namespace kivo::tunehive {
+
+MediaResGroup::MediaResGroup(const String& id, const String& path, CGroupInfo* names)
+    : id_(id)
+    , path_(path)
+    , names_(names)
+{
+}
+
+void MediaResGroup::Release()
+{
+    delete this;
+}
+
+String MediaResGroup::GetID()
+{
+    return id_;
+}
+
+String MediaResGroup::GetName()
+{
+    return names_ != nullptr ? names_->GetDisplayName(id_) : String();
+}
+
+int MediaResGroup::IsUserGroup()
+{
+    return IsFixedGroupID(id_) ? 0 : 1;
+}
+
+int MediaResGroup::IsEditable()
+{
+    return id_ == kHotGroup ? 0 : 1;
+}
+
+void MediaResGroup::Load(std::vector<String>& sids)
+{
+    const std::size_t before = sids.size();
+    const String lastSid = idGenerator_.GetCurrent();
+    DropAll();
+    const XmlResult result = ReadItemFile(
+        path_,
+        [this, &sids](const MediaInfo& record) {
+            String sid = InsertItem(record, /*isForced=*/true);
+            if (!sid.empty())
+                sids.push_back(std::move(sid));
+        },
+        /*keepsOlder=*/IsEditable() == 0);
+    isUnread_ = IsUnread(result);
+    if (result == XmlResult::Read)
+        return;
+    // What came before the fault in the file never was.
+    DropAll();
+    sids.resize(before);
+    idGenerator_.SetCurrent(lastSid);
+}
+
+void MediaResGroup::Save(const std::vector<String>& sids)
+{
+    if (IsEditable() == 0 || (isUnread_ && KeepAside(path_) == 0))
+        return;
+    const int isWritten = WriteItemFile(path_, [this, &sids](const TakeItem& write) {
+        for (const String& sid : sids)
+            if (const Item* const item = FindItem(sid))
+                write(MakeRecord(*item));
+    });
+    if (isWritten != 0)
+        isUnread_ = false;
+}
+
+String MediaResGroup::AddItem(MediaInfo item)
+{
+    return InsertItem(item, /*isForced=*/false);
+}
+
+void MediaResGroup::RemoveItem(const String& sid)
+{
+    const Item* const item = IsEditable() != 0 ? FindItem(sid) : nullptr;
+    if (item == nullptr)
+        return;
+    const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
+    index_.Remove(track, item->path);
+    items_.erase(track);
+}
+
+void MediaResGroup::Clear()
+{
+    if (IsEditable() != 0)
+        DropAll();
+}
+
+void MediaResGroup::GetItemMediaInfo(const String& sid, MediaInfo& info)
+{
+    MediaInfo item;
+    if (GetItem(sid, item) == 0)
+        return;
+    const String path = GetInfoText(item, kItemPath);
+    IMediaLibManager* const library = FindMediaLibManager();
+    if (!path.empty() && library != nullptr)
+        library->GetMediaInfo(path, info);
+}
+
+int MediaResGroup::GetItem(const String& sid, MediaInfo& item)
+{
+    const Item* const found = FindItem(sid);
+    if (found == nullptr)
+        return 0;
+    item = MakeRecord(*found);
+    return 1;
+}
+
+int MediaResGroup::SetItem(const String& sid, const MediaInfo& item)
+{
+    Item* const found = FindItem(sid);
+    if (found == nullptr)
+        return 0;
+    SetRecord(*found, item);
+    return 1;
+}
+
+void MediaResGroup::FindItems(const String& path, std::set<String>& sids)
+{
+    index_.Find(path, sids);
+}
+
+String MediaResGroup::InsertItem(const MediaInfo& item, bool isForced)
+{
+    const String path = GetInfoText(item, kItemPath);
+    if ((IsEditable() == 0 && !isForced) || path.empty())
+        return {};
+    const String sid = idGenerator_.Next();
+    const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
+    // SIDs come in ascending order.
+    Item& stored = items_.emplace_hint(items_.end(), track, Item())->second;
+    stored.path = index_.Add(track, path);
+    SetRecord(stored, item);
+    return sid;
+}
+
+MediaResGroup::Item* MediaResGroup::FindItem(const String& sid)
+{
+    const auto track = SIDGenerator::ToNumber(sid);
+    const auto found = track ? items_.find(*track) : items_.end();
+    return found != items_.end() ? &found->second : nullptr;
+}
+
+void MediaResGroup::SetRecord(Item& item, const MediaInfo& record)
+{
+    const auto path = record.find(kItemPath);
+    const auto name = record.find(kItemName);
+    item.name = name != record.end() ? PackedText(name->second) : PackedText();
+    const std::size_t packed = name != record.end() ? 2 : 1;
+    const bool fits = path != record.end() && item.path->Compare(path->second) == 0;
+    item.whole = fits && record.size() == packed ? nullptr : std::make_unique<MediaInfo>(record);
+}
+
+MediaInfo MediaResGroup::MakeRecord(const Item& item)
+{
+    if (item.whole != nullptr)
+        return *item.whole;
+    MediaInfo record;
+    record[kItemPath] = item.path->Unpack();
+    if (item.name.IsSet())
+        record[kItemName] = item.name.Unpack();
+    return record;
+}
+
+void MediaResGroup::DropAll()
+{
+    items_.clear();
+    index_.Clear();
+}
+
+} // namespace kivo::tunehive
