@@ -1,0 +1,13 @@
+#pragma once
+
+#include "shell/contracts/ui/Types.h"
+
+namespace kivo::ui {
+
+// Names a picture of the skin and the part of it that is meant.
+struct _ImageConfig { // NOLINT(bugprone-reserved-identifier): the given name.
+    String file;
+    PictureRect source;
+};
+
+} // namespace kivo::ui
