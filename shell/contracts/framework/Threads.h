@@ -44,6 +44,25 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
+// A thread by number; never given twice in a run. 0: none.
+using ThreadHandle = std::uint64_t;
+using ThreadEntry = unsigned (*)(void* argument); // The result is dropped.
+
+// A thread that waits for ResumeThread. 0: there is no entry. Thread: any.
+[[nodiscard]] KIVO_API ThreadHandle CreateSuspendedThread(ThreadEntry entry, void* argument);
+
+// Lets the thread run. 1: it runs now. 0: no such handle, it ran already, or the system has no
+// thread to give: then the entry never runs. Thread: any.
+KIVO_API int ResumeThread(ThreadHandle thread);
+
+// Gives the handle up; a thread that runs goes on, one that was never resumed never will. 1: done.
+// 0: no such handle. Thread: any.
+KIVO_API int CloseThreadHandle(ThreadHandle thread);
+
+// Waits until every thread that was resumed has ended, at most `timeoutMs`. True: they have. False:
+// some still run. Thread: any but theirs.
+[[nodiscard]] KIVO_API bool WaitForAllThreads(int timeoutMs);
+
 // Which job runs first. Lower values go first; equal ones in order of arrival.
 enum class JobPriority : int { RowOnScreen = 0, FolderImport = 1, RowInBackground = 2 };
 
