@@ -11,7 +11,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 option(KIVO_SANITIZE_ADDRESS "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(KIVO_SANITIZE_THREAD "Build with ThreadSanitizer" OFF)
-option(KIVO_FUZZERS "Build the libFuzzer targets (clang only)" OFF)
+option(KIVO_FUZZERS "Build the fuzz targets with libFuzzer (clang only); otherwise they replay their corpus" OFF)
+
+# all_verify_interface_header_sets compiles each header alone; it isn't part of the default build.
+set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ON)
 
 # The program's tree in the build folder has the shape of the installed one:
 #   app/{kivo,libkivo.so,KVLibExport.so,skin/public/}  app/plugin/tunehive/{tunehive.so,…}
@@ -71,6 +74,7 @@ function(kivo_interface name)
 endfunction()
 
 # kivo_test(NAME SOURCES … LINK … [LABELS …] [TIMEOUT seconds] [ENVIRONMENT …]): a GoogleTest program.
+# The label `unit` says: quick logic, also run under AddressSanitizer; `threads`: under ThreadSanitizer.
 function(kivo_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -78,22 +82,38 @@ function(kivo_test name)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE kivo_options kivo_warnings ${ARG_LINK} GTest::gtest GTest::gtest_main)
-  set(properties TIMEOUT ${ARG_TIMEOUT})
-  if(ARG_LABELS)
-    list(APPEND properties LABELS "${ARG_LABELS}")
-  endif()
-  if(ARG_ENVIRONMENT)
-    list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
-  endif()
   # Without NO_PRETTY_VALUES the names of parametrised tests hold addresses and change at each run.
-  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  # Properties that are lists don't survive gtest_discover_tests, so they follow in a file of their own.
+  kivo_test_properties(properties ${name} "${ARG_LABELS}" "${ARG_ENVIRONMENT}")
+  set(file "${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake")
+  file(WRITE "${file}" "if(${name}_TESTS)\n  set_tests_properties(\${${name}_TESTS} PROPERTIES ${properties})\nendif()\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${file}")
 endfunction()
+
+# What every test gets: its labels and a surrounding that doesn't depend on the desktop. A later entry
+# of `environment` wins. The target joins unit_tests or threads_tests by its labels. The result is
+# text for set_tests_properties.
+function(kivo_test_properties result target labels environment)
+  set(surrounding QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
+                  "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/scripts/checks/lsan.txt:print_suppressions=0")
+  list(APPEND surrounding ${environment})
+  foreach(label IN ITEMS unit threads)
+    if(label IN_LIST labels)
+      add_dependencies(${label}_tests ${target})
+    endif()
+  endforeach()
+  set(${result} "ENVIRONMENT \"${surrounding}\" LABELS \"${labels}\"" PARENT_SCOPE)
+endfunction()
+add_custom_target(unit_tests)
+add_custom_target(threads_tests)
 
 # kivo_bench(NAME SOURCES … LINK …): a Google Benchmark program; the run target of scripts/bench.
 function(kivo_bench name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} EXCLUDE_FROM_ALL ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE kivo_options kivo_warnings ${ARG_LINK} benchmark::benchmark)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/benchmarks")
   add_dependencies(benchmarks ${name})
 endfunction()
 add_custom_target(benchmarks)
