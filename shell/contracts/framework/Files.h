@@ -34,6 +34,10 @@ private:
     std::int64_t length_ = 0;
 };
 
+// Asks the disk for what a reader of tags will want of the file, its head and its end, and waits
+// for neither. A file that can't be opened is passed over.
+KIVO_API void AskForFile(const String& path);
+
 enum class ReadResult { Read, Missing, TooLarge, Failed };
 
 // The whole file. `bytes` is touched only when Read is given. An existing file of more than `limit`
