@@ -25,7 +25,7 @@ enum class NotifyMode : int {
 };
 
 // What a look into the cache gives when it must not wait.
-enum class CacheLook { Hit, Miss, Loading };
+enum class CacheLook : int { Hit, Miss, Loading };
 
 // The one door to the metadata of tracks. A track is named by its local path or URL, to the letter.
 // Thread: any, unless an operation says otherwise.
