@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kivo {
+
+// What the core tells of by itself, and what it is asked for now and then; the values are the
+// numbers that come back with the answer.
+enum class CoreProperty : std::uint64_t {
+    None,
+    CachePaused,
+    Buffering,
+    Position,
+    Width,
+    Height,
+    Title,
+    Metadata,
+    Bitrate,
+    Output,
+    Devices,
+    AudioPosition, // Asked for.
+    CachePosition, // Asked for.
+};
+
+struct CorePropertyName {
+    CoreProperty id;
+    const char* name;
+};
+
+// Told of from the start; Devices only when they matter.
+inline constexpr CorePropertyName kObserved[] = {
+    {CoreProperty::CachePaused, "paused-for-cache"     },
+    {CoreProperty::Buffering,   "cache-buffering-state"},
+    {CoreProperty::Position,    "time-pos"             },
+    {CoreProperty::Width,       "dwidth"               },
+    {CoreProperty::Height,      "dheight"              },
+    {CoreProperty::Title,       "media-title"          },
+    {CoreProperty::Metadata,    "metadata"             },
+    {CoreProperty::Bitrate,     "audio-bitrate"        },
+    {CoreProperty::Output,      "current-ao"           },
+};
+
+} // namespace kivo
