@@ -2,6 +2,7 @@
 
 #include "medialib/LXThread.h"
 #include "shell/contracts/base/String.h"
+#include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "shell/contracts/framework/Arrays.h"
 #include "shell/contracts/framework/Windows.h"
 
@@ -10,11 +11,9 @@
 
 namespace kivo::tunehive {
 
-// The message that brings an import's result to the tree's window. wParam: the group's id, a new
+// What kFolderImportMessage brings to the tree's window. wParam: the group's id, a new
 // zero-terminated array of characters; lParam: the paths, a new CStringArray, perhaps empty. The
 // receiver takes both over with TakeFolderImport.
-inline constexpr unsigned kFolderImportMessage = 11014;
-
 struct FolderImport {
     String groupId;
     std::unique_ptr<CStringArray> paths; // Never null.

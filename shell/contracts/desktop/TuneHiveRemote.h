@@ -7,6 +7,9 @@
 
 namespace kivo {
 
+// The message by which an import brings its tracks to the tree's window.
+inline constexpr unsigned kFolderImportMessage = 11014;
+
 // How the desktop side of the host reaches the player: command line, second start, media keys,
 // status line, menu. Each call does what window, tree and panel offer anyway. Thread: user
 // interface.
@@ -43,6 +46,12 @@ public:
     // Called after each state with its number, and with -1 when the track or the rest changed.
     virtual void AddListener(const Delegate<int>& listener) = 0;
     virtual void RemoveListener(const Delegate<int>& listener) = 0;
+
+    // Before ClosePage, when the program stops: imports skip what metadata is left and post their
+    // lists, look-ups end. Waits at most `timeoutMs`. True: nothing works in the background any
+    // more; deliver the messages kFolderImportMessage next. False: a thread hangs in the system and
+    // was given up; close the page, save, and end the process without unloading the library.
+    [[nodiscard]] virtual bool StopWork(int timeoutMs) = 0;
 
     virtual void OpenWebForm() = 0;
     virtual void
