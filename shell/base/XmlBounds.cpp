@@ -1,94 +1,6 @@
 #include "shell/base/XmlBounds.h"
 
-#include <cstddef>
-
 namespace kivo::tunehive {
-
-namespace {
-
-constexpr int kMaxDepth = 64;
-constexpr int kMaxAttributes = 256;
-
-bool StartsName(char c)
-{
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 127 || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') ||
-           byte == '_';
-}
-
-struct StartTag {
-    std::size_t end = std::string_view::npos; // of its '>'
-    int attributes = 0;
-    bool isClosed = false;
-};
-
-StartTag ReadStartTag(std::string_view text, std::size_t at)
-{
-    StartTag tag;
-    char quote = '\0';
-    for (; at < text.size(); ++at) {
-        const char c = text[at];
-        if (quote != '\0') {
-            quote = c == quote ? '\0' : quote;
-        } else if (c == '"' || c == '\'') {
-            quote = c;
-        } else if (c == '=') {
-            ++tag.attributes;
-        } else if (c == '>') {
-            tag.end = at;
-            tag.isClosed = text[at - 1] == '/';
-            return tag;
-        }
-    }
-    return tag;
-}
-
-// How many bytes TinyXML takes for the character that begins with this one.
-std::size_t SequenceLength(unsigned char lead)
-{
-    if (lead >= 0xF0 && lead <= 0xF4)
-        return 4;
-    if (lead >= 0xE0 && lead <= 0xEF)
-        return 3;
-    return lead >= 0xC2 && lead <= 0xDF ? 2 : 1;
-}
-
-// Behind what begins at `at` and isn't an element; npos: the text ends in it.
-std::size_t SkipOther(std::string_view text, std::size_t at)
-{
-    const std::string_view rest = text.substr(at);
-    std::string_view end = ">";
-    if (rest.starts_with("<!--"))
-        end = "-->";
-    else if (rest.starts_with("<![CDATA["))
-        end = "]]>";
-    return text.find(end, at);
-}
-
-} // namespace
-
-bool IsInsideXmlBounds(std::string_view text)
-{
-    int depth = 0;
-    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
-        const char next = at + 1 < text.size() ? text[at + 1] : '\0';
-        if (StartsName(next)) {
-            const StartTag tag = ReadStartTag(text, at + 1);
-            if (tag.attributes > kMaxAttributes || depth >= kMaxDepth)
-                return false;
-            depth += tag.isClosed ? 0 : 1;
-            at = tag.end;
-        } else {
-            // Between documents' nodes an end tag closes nothing.
-            if (next == '/' && depth > 0)
-                --depth;
-            at = SkipOther(text, at);
-        }
-        if (at == std::string_view::npos)
-            return true;
-    }
-    return true;
-}
 
 const char* FindTagEnd(const char* tag)
 {
@@ -102,20 +14,6 @@ const char* FindTagEnd(const char* tag)
             return p;
     }
     return nullptr;
-}
-
-bool IsWholeUtf8(std::string_view bytes)
-{
-    for (std::size_t i = 0; i < bytes.size();) {
-        const std::size_t length = SequenceLength(static_cast<unsigned char>(bytes[i]));
-        if (length > bytes.size() - i)
-            return false;
-        for (std::size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(bytes[i + k]) & 0xC0U) != 0x80U)
-                return false;
-        i += length;
-    }
-    return true;
 }
 
 } // namespace kivo::tunehive

@@ -19,4 +19,25 @@ public:
     virtual int PreTranslateMessage(void* message); // 0: not handled.
 };
 
+// Runs the application object from the library's initialiser to its finaliser: a library defines
+// one at namespace scope, in the source file of its application object and behind it.
+class AppRun {
+public:
+    explicit AppRun(CWinApp& app)
+        : app_(app)
+        , isOfUse_(app.InitInstance() != 0)
+    {
+    }
+    AppRun(const AppRun&) = delete;
+    AppRun& operator=(const AppRun&) = delete;
+    ~AppRun() { app_.ExitInstance(); }
+
+    // What InitInstance said. False: the library gives out nothing.
+    [[nodiscard]] bool IsOfUse() const { return isOfUse_; }
+
+private:
+    CWinApp& app_;
+    bool isOfUse_;
+};
+
 } // namespace kivo
