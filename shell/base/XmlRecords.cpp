@@ -50,6 +50,7 @@ public:
     XmlResult ParseDocument(const char* text, bool isValidUtf8);
 
 private:
+    const char* SkipBlanks(const char* text) const;
     void FindProlog(const char* text, bool isValidUtf8);
     bool IsRoot(const char* text) const;
     const char* ParseNode(const char* text, bool isRecord);
@@ -65,17 +66,23 @@ private:
 
 XmlResult RecordParser::ParseDocument(const char* text, bool isValidUtf8)
 {
-    text = SkipWhiteSpace(text, TIXML_ENCODING_LEGACY);
+    text = SkipBlanks(text);
     FindProlog(text, isValidUtf8);
     // What stands between nodes of the document and begins no node ends it.
     while (text != nullptr && *text == '<') {
         text = !hasRoot_ && IsRoot(text) ? ParseRoot(text) : ParseNode(text, /*isRecord=*/false);
-        if (text != nullptr)
-            text = SkipWhiteSpace(text, encoding_);
+        text = SkipBlanks(text);
     }
     if (text == nullptr)
         return XmlResult::Failed;
     return hasRoot_ ? XmlResult::Read : XmlResult::NoRoot;
+}
+
+// Null, the sign of a fault, only for null; TinyXML's own gives it at the end of the text too.
+const char* RecordParser::SkipBlanks(const char* text) const
+{
+    const char* const rest = text != nullptr ? SkipWhiteSpace(text, encoding_) : nullptr;
+    return rest != nullptr ? rest : text;
 }
 
 // In TinyXML's UTF-8 mode a lead byte without its followers swallows the quote behind it, so
@@ -84,7 +91,7 @@ XmlResult RecordParser::ParseDocument(const char* text, bool isValidUtf8)
 void RecordParser::FindProlog(const char* text, bool isValidUtf8)
 {
     prolog_ = {};
-    if (text == nullptr || !StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
+    if (!StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
         return;
     TiXmlDeclaration declaration;
     declaration.Parse(text, nullptr, TIXML_ENCODING_LEGACY);
@@ -130,14 +137,14 @@ const char* RecordParser::ParseRoot(const char* text)
     const std::string endTag = "</" + root.ValueStr();
     if (rest == nullptr || !StringEqual(rest, endTag.c_str(), /*ignoreCase=*/false, encoding_))
         return nullptr;
-    rest = SkipWhiteSpace(rest + endTag.size(), encoding_);
-    return rest != nullptr && *rest == '>' ? rest + 1 : nullptr;
+    rest = SkipBlanks(rest + endTag.size());
+    return *rest == '>' ? rest + 1 : nullptr;
 }
 
 // To the end tag of the root; null without one.
 const char* RecordParser::ParseRecords(const char* text)
 {
-    text = SkipWhiteSpace(text, encoding_);
+    text = SkipBlanks(text);
     while (text != nullptr && *text != '\0') {
         if (text[0] == '<' && text[1] == '/')
             return text;
@@ -147,8 +154,7 @@ const char* RecordParser::ParseRecords(const char* text)
             TiXmlText passedOver("");
             text = passedOver.Parse(text, nullptr, encoding_);
         }
-        if (text != nullptr)
-            text = SkipWhiteSpace(text, encoding_);
+        text = SkipBlanks(text);
     }
     return nullptr;
 }

@@ -24,7 +24,8 @@ struct FakeServices {
     static int UnregisterWindow(IPluginWindow* window)
     {
         current->calls.emplace_back("_KivoAPI_UnregisterPluginWindow");
-        return static_cast<int>(std::erase(current->windows, window));
+        std::erase(current->windows, window);
+        return 1;
     }
 
     static int
@@ -85,10 +86,9 @@ struct FakeServices {
     static int Revoke(void* watcher)
     {
         current->calls.emplace_back("_KivoAPI_Revoke");
-        return static_cast<int>(
-            std::erase_if(current->watches, [watcher](const FakeHost::Watch& watch) {
-                return watch.watcher == watcher;
-            }));
+        std::erase_if(current->watches,
+                      [watcher](const auto& watch) { return watch.watcher == watcher; });
+        return 1;
     }
 
     static int RegisterInstance(void* instance)
@@ -101,7 +101,8 @@ struct FakeServices {
     static int UnregisterInstance(void* instance)
     {
         current->calls.emplace_back("_UnRegisterMsgInstance");
-        return static_cast<int>(std::erase(current->instances, instance));
+        std::erase(current->instances, instance);
+        return 1;
     }
 
     static int GetText(const String* id, String* text)

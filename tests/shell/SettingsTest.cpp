@@ -1,0 +1,171 @@
+#include "shell/base/Settings.h"
+
+#include "tests/support/CaseName.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kivo::tunehive {
+namespace {
+
+const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+
+std::string ConfigText(const char* mode, const char* path, const char* volume)
+{
+    return kHead + "<TuneHive>\n    <PlayMode mode=\"" + mode + "\" />\n    <OpenPath path=\"" +
+           path + "\" />\n    <Volume vol=\"" + volume + "\" />\n</TuneHive>\n";
+}
+
+class SettingsTest : public testing::Test {
+protected:
+    SettingsTest()
+    {
+        host_.directory = folder_.GetPath();
+        SetPlayMode(2);
+        SetOpenPath({});
+        SetRememberedVolume(60);
+    }
+    ~SettingsTest() override
+    {
+        // Whatever a test left open, the next one starts unread.
+        host_.directory.clear();
+        WriteConfig();
+    }
+    void ExpectValues(int mode, const String& path, int volume) const
+    {
+        EXPECT_EQ(GetPlayMode(), mode);
+        EXPECT_EQ(GetOpenPath(), path);
+        EXPECT_EQ(GetRememberedVolume(), volume);
+    }
+
+    test::TempFolder folder_;
+    test::FakeHost host_;
+};
+
+TEST_F(SettingsTest, AFirstRunKeepsTheDefaultsAndWritesThem)
+{
+    ReadConfig();
+    ExpectValues(2, u"", 60);
+    EXPECT_TRUE(folder_.List().empty());
+    WriteConfig();
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{"tunehive/config.xml"});
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "60"));
+}
+
+TEST_F(SettingsTest, ThePathSurvivesWriteAndRead)
+{
+    const String path = u"/música/中文/\U0001F3B5 & \"<'>\xDC80";
+    ReadConfig();
+    SetPlayMode(4);
+    SetOpenPath(path);
+    SetRememberedVolume(7);
+    WriteConfig();
+    SetPlayMode(0);
+    SetOpenPath({});
+    SetRememberedVolume(0);
+    ReadConfig();
+    ExpectValues(4, path, 7);
+    EXPECT_TRUE(folder_.Has("tunehive/config.xml")); // A declared file stays after the read.
+}
+
+struct ReadCase {
+    const char* name;
+    std::string text;
+    int mode;
+    const char16_t* path;
+    int volume;
+};
+
+const ReadCase kReadCases[] = {
+    {"AllThree",                 ConfigText("1",                     "/a",  "5"),                                                           1,u"/a", 5},
+    {"NoNumberIsZero",                         ConfigText("x",                                                           "/a",                                                 "y"),                                                                         0,u"/a", 0},
+    {"NumbersHaveNoRange",                         ConfigText("99",                                                      "/a",                                                          "-7"),                                                99,                   u"/a", -7},
+    {"EmptyValuesChangeNothing",                      ConfigText("","",""),2,u"", 60},
+    {"MissingElements", kHead + "<TuneHive><Volume vol='5'/></TuneHive>", 2,       u"",                                                                                                                           5},
+    {"NamesInOtherLetters",                        kHead + "<TUNEHIVE><playmode MODE='3'/></TUNEHIVE>",                                                          3,                                               u"",                                                             60},
+    {"TheFirstElementOfAName",
+     kHead + "<TuneHive><PlayMode/><PlayMode mode='3'/></TuneHive>",
+     2,                                            u"",
+     60},
+    {"NotWellFormed",                        kHead + "<TuneHive><PlayMode mode='3'/>",                                                          2,                                        u"",                                                                        60},
+    {"NoRoot",                         kHead + "<Other><PlayMode mode='3'/></Other>",                                                           2,                                                  u"",                                                 60                                                                                                                                           },
+    {"NoBytes",                        "",                                                          2,                                                        u"",60},
+    {"OlderForm",
+     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                          3,
+     u"/é",                                            60},
+};
+
+class ReadConfigTest : public SettingsTest, public testing::WithParamInterface<ReadCase> {};
+
+TEST_P(ReadConfigTest, Takes)
+{
+    folder_.Write("tunehive/config.xml", GetParam().text);
+    ReadConfig();
+    ExpectValues(GetParam().mode, GetParam().path, GetParam().volume);
+}
+
+INSTANTIATE_TEST_SUITE_P(Settings,
+                         ReadConfigTest,
+                         testing::ValuesIn(kReadCases),
+                         test::CaseName<ReadCase>);
+
+TEST_F(SettingsTest, AnOlderFileIsAsideUntilTheNextOneIsWritten)
+{
+    folder_.Write("tunehive/config.xml", "<TuneHive><Volume vol='5'/></TuneHive>");
+    ReadConfig();
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{"tunehive/config.xml.older"});
+    WriteConfig();
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{"tunehive/config.xml"});
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "5"));
+}
+
+TEST_F(SettingsTest, AnOlderFileWithoutARootIsGoneAndKept)
+{
+    const std::string text = "<Else/>";
+    folder_.Write("tunehive/config.xml", text);
+    ReadConfig();
+    EXPECT_FALSE(folder_.Has("tunehive/config.xml"));
+    WriteConfig();
+    EXPECT_EQ(folder_.Read("tunehive/config.xml.broken-1"), text);
+}
+
+TEST_F(SettingsTest, AFileThatGaveNothingIsKeptBeforeTheWrite)
+{
+    const std::string text = kHead + "<TuneHive><PlayMode mode='3'/>";
+    folder_.Write("tunehive/config.xml", text);
+    ReadConfig();
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), text);
+    WriteConfig();
+    EXPECT_EQ(folder_.Read("tunehive/config.xml.broken-1"), text);
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "60"));
+}
+
+TEST_F(SettingsTest, NothingIsWrittenWithoutARead)
+{
+    const std::string text = ConfigText("4", "/mine", "11");
+    folder_.Write("tunehive/config.xml", text);
+    WriteConfig(); // As after a load that failed before it got to the settings.
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), text);
+    ReadConfig();
+    WriteConfig();
+    SetPlayMode(0);
+    WriteConfig(); // The read counts once.
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), text);
+}
+
+TEST_F(SettingsTest, AHostWithoutADirectoryChangesNothing)
+{
+    folder_.Write("tunehive/config.xml", ConfigText("4", "/mine", "11"));
+    host_.directory.clear();
+    ReadConfig();
+    ExpectValues(2, u"", 60);
+    host_.directory = folder_.GetPath();
+    WriteConfig();
+    EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("4", "/mine", "11"));
+}
+
+} // namespace
+} // namespace kivo::tunehive

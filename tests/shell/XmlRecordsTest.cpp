@@ -1,0 +1,247 @@
+#include "shell/base/XmlRecords.h"
+
+#include "tests/support/CaseName.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <tinyxml.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace kivo::tunehive {
+namespace {
+
+struct Outcome {
+    XmlResult result = XmlResult::Failed;
+    XmlProlog prolog;
+    std::string records; // "name:value" of each, a comma behind each
+};
+
+Outcome Parse(const std::string& text)
+{
+    Outcome outcome;
+    outcome.result =
+        ParseXmlRecords(text, "Root", outcome.prolog, [&outcome](const TiXmlElement& element) {
+            outcome.records += element.ValueStr() + ':' + std::string(GetAttribute(element, "v"));
+            outcome.records += ',';
+        });
+    return outcome;
+}
+
+struct ParseCase {
+    const char* name;
+    std::string text;
+    XmlResult result;
+    const char* records;
+};
+
+const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+
+const ParseCase kParseCases[] = {
+    {"NoBytes",                    "",                                                 XmlResult::Empty,  ""               },
+    {"Records",                    kHead + "<Root><a v=\"1\"/><b v='2' /></Root>",     XmlResult::Read,   "a:1,b:2,"       },
+    {"AnEmptyRoot",                kHead + "<Root />",                                 XmlResult::Read,   ""               },
+    {"ARootWithAttributes",        "<Root x='>' y=\"/\"><a v='1'/></Root>",            XmlResult::Read,   "a:1,"           },
+    {"TheRootInOtherLetters",      "<rOOT><a v='1'/></rOOT>",                          XmlResult::Read,   "a:1,"           },
+    {"AnAttributeInOtherLetters",  "<Root><a V='1'/></Root>",                          XmlResult::Read,   "a:1,"           },
+    {"TheFirstOfTwoSpellings",     "<Root><a V='1' v='2'/></Root>",                    XmlResult::Read,   "a:1,"           },
+    {"NoRoot",                     kHead + "<Other><a v='1'/></Other>",                XmlResult::NoRoot, ""               },
+    {"ALongerNameIsNoRoot",        "<Roots><a v='1'/></Roots>",                        XmlResult::NoRoot, ""               },
+    {"ARootBelowAnother",          "<Other><Root><a v='1'/></Root></Other>",           XmlResult::NoRoot, ""               },
+    {"TheFirstOfTwoRoots",
+     "<Root><a v='1'/></Root><Root><a v='2'/></Root>",                                 XmlResult::Read,
+     "a:1,"                                                                                                                },
+    {"ElementsBeforeTheRoot",      "<Other v='>'/><Root><a v='1'/></Root>",            XmlResult::Read,   "a:1,"           },
+    {"TextAndCommentsBetween",
+     "<Root>x<!-- <a v='0'/> --><a v='1'/>y</Root>",                                   XmlResult::Read,
+     "a:1,"                                                                                                                },
+    {"NestedElementsAreNoRecords", "<Root><a v='1'><b v='2'/></a></Root>",             XmlResult::Read,   "a:1,"           },
+    {"TextBehindTheRoot",          "<Root><a v='1'/></Root> and more",                 XmlResult::Read,   "a:1,"           },
+    {"AByteOrderMark",             "\xEF\xBB\xBF" + kHead + "<Root><a v='1'/></Root>", XmlResult::Read,   "a:1,"           },
+    {"BlanksBeforeTheDeclaration",
+     "\n " + kHead + "<Root><a v='1'/></Root>",
+     XmlResult::Read,
+     "a:1,"                                                                                                                },
+    {"LineEndsInValues",           "<Root><a v='1\r\n2\r3'/></Root>",                  XmlResult::Read,   "a:1\n2\n3,"     },
+    {"OnlyText",                   "not XML at all",                                   XmlResult::NoRoot, ""               },
+    {"ATagThatNeverEnds",          "<Root><a v='1'",                                   XmlResult::Failed, ""               },
+    {"ARootThatNeverEnds",         "<Root><a v='1'/>",                                 XmlResult::Failed, "a:1,"           },
+    {"AWrongEndTag",               "<Root><a v='1'></b></Root>",                       XmlResult::Failed, ""               },
+    {"AnEndTagInOtherLetters",     "<Root><a v='1'/></root>",                          XmlResult::Failed, "a:1,"           },
+    {"AnAttributeTwice",           "<Root><a v='1' v='1'/></Root>",                    XmlResult::Failed, ""               },
+    {"AnAttributeWithoutAValue",   "<Root><a v/></Root>",                              XmlResult::Failed, ""               },
+    {"ABrokenElementBehindIt",     "<Root><a v='1'/></Root><b",                        XmlResult::Failed, "a:1,"           },
+    {"ANulEndsTheText",            std::string("<Root><a v='1'/>\0</Root>",            25),               XmlResult::Failed, "a:1,"},
+    {"TooDeep",
+     "<Root>" + std::string(70,                                                                      ' ') +
+         [] {
+             std::string deep;
+             for (int i = 0; i < 70; ++i)
+                 deep += "<a>";
+             return deep;
+         }(),
+     XmlResult::Failed,
+     ""},
+    {"AQuoteBehindALeadByte",
+     kHead + "<Root><a v=\"\xE4\"/><b v=\"2\"/></Root>",
+     XmlResult::Read,
+     "a:\xE4,b:2,"                                                                    },
+    {"ALoneSurrogateKeepsBytes",
+     kHead + "<Root><a v=\"\xED\xB2\x80\"/></Root>",
+     XmlResult::Read,
+     "a:\xED\xB2\x80,"                                                                        },
+    {"ACharacterByNumberInUtf8",
+     kHead + "<Root><a v=\"&#x4E2D;&#x01;\"/></Root>",
+     XmlResult::Read,
+     "a:中\x01,"                                                                      },
+};
+
+class ParseXmlRecordsTest : public testing::TestWithParam<ParseCase> {};
+
+TEST_P(ParseXmlRecordsTest, Gives)
+{
+    const Outcome outcome = Parse(GetParam().text);
+    EXPECT_EQ(outcome.result, GetParam().result);
+    EXPECT_EQ(outcome.records, GetParam().records);
+}
+
+INSTANTIATE_TEST_SUITE_P(XmlRecords,
+                         ParseXmlRecordsTest,
+                         testing::ValuesIn(kParseCases),
+                         test::CaseName<ParseCase>);
+
+struct PrologCase {
+    const char* name;
+    const char* text;
+    bool isDeclared;
+    const char* encoding;
+};
+
+constexpr PrologCase kPrologCases[] = {
+    {"Declared",             "<?xml version='1.0' encoding='GB2312'?><Root/>", true,  "GB2312"},
+    {"WithoutAnEncoding",    "<?xml version='1.0'?><Root/>",                   true,  ""      },
+    {"InOtherLetters",       "<?XML encoding='utf-8'?><Root/>",                true,  "utf-8" },
+    {"Undeclared",           "<Root/>",                                        false, ""      },
+    {"BehindAComment",       "<!-- x --><?xml encoding='utf-8'?><Root/>",      false, ""      },
+    {"BehindAByteOrderMark", "\xEF\xBB\xBF<?xml encoding='utf-8'?><Root/>",    true,  "utf-8" },
+    {"AMarkIsNoDeclaration", "\xEF\xBB\xBF<Root/>",                            false, ""      },
+};
+
+TEST(XmlProlog, TheFirstNodeDecides)
+{
+    for (const PrologCase& row : kPrologCases) {
+        SCOPED_TRACE(row.name);
+        const Outcome outcome = Parse(row.text);
+        EXPECT_EQ(outcome.result, XmlResult::Read);
+        EXPECT_EQ(outcome.prolog.isDeclared, row.isDeclared);
+        EXPECT_EQ(outcome.prolog.encoding, row.encoding);
+    }
+}
+
+TEST(ReadXmlRecords, AMissingFileAndAFolderAreToldApart)
+{
+    const test::TempFolder folder;
+    XmlProlog prolog;
+    const auto ignore = [](const TiXmlElement&) {};
+    EXPECT_EQ(ReadXmlRecords(folder.GetPath("none"), "Root", prolog, ignore), XmlResult::Missing);
+    EXPECT_EQ(ReadXmlRecords(folder.GetPath(), "Root", prolog, ignore), XmlResult::Failed);
+}
+
+// What TinyXML makes of the whole text as a tree, the words of XmlRecords.h applied by hand.
+Outcome ParseAsTree(const std::string& text)
+{
+    Outcome outcome;
+    TiXmlDocument document;
+    document.Parse(text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
+    if (document.Error() && document.ErrorId() != TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY)
+        return outcome;
+    const TiXmlElement* root = document.FirstChildElement();
+    while (root != nullptr && !IsNamed(*root, "Root"))
+        root = root->NextSiblingElement();
+    outcome.result = root != nullptr ? XmlResult::Read : XmlResult::NoRoot;
+    for (const auto* element = root != nullptr ? root->FirstChildElement() : nullptr;
+         element != nullptr;
+         element = element->NextSiblingElement())
+        outcome.records +=
+            element->ValueStr() + ':' + std::string(GetAttribute(*element, "v")) + ',';
+    return outcome;
+}
+
+TEST(ParseXmlRecords, AgreesWithTheTreeOnDamagedTexts)
+{
+    const std::string whole = "<?xml version=\"1.0\" encoding=\"gbk\"?><!-- c -->\n<x/><Root a='1'>"
+                              "<a v=\"&lt;1&amp;\"/>t<b v='2'><c/></b><![CDATA[<d>]]></Root>\n<y/>";
+    std::mt19937 random(20060401);
+    const auto pick = [&random](std::size_t below) { return random() % below; };
+    const std::string_view signs = "<>/\"'=!-?[]& aRv";
+    for (int round = 0; round < 20000; ++round) {
+        std::string text = whole;
+        for (std::size_t edits = 1 + pick(3); edits > 0; --edits) {
+            const std::size_t at = pick(text.size());
+            switch (pick(3)) {
+            case 0: text[at] = signs[pick(signs.size())]; break;
+            case 1: text.erase(at, 1 + pick(4)); break;
+            default: text.insert(at, 1, signs[pick(signs.size())]); break;
+            }
+        }
+        const Outcome tree = ParseAsTree(text);
+        const Outcome records = Parse(text);
+        // Of the two that give nothing either will do.
+        ASSERT_EQ(records.result == XmlResult::Read, tree.result == XmlResult::Read) << text;
+        if (tree.result == XmlResult::Read) {
+            ASSERT_EQ(records.records, tree.records) << text;
+        }
+    }
+}
+
+TEST(XmlRecordWriter, WritesTheBytesThatADocumentSaves)
+{
+    const std::vector<std::string> values = {
+        "", "plain", " both ends ", "<&>'", "two \" and '", "\x01\t\n\r\x1F", "中", "\xED\xB2\x80"};
+    for (std::size_t count = 0; count <= values.size(); ++count) {
+        SCOPED_TRACE(count);
+        const test::TempFolder folder;
+        TiXmlDocument document;
+        document.LinkEndChild(new TiXmlDeclaration("1.0", "utf-8", "no"));
+        auto* const root = new TiXmlElement("Root");
+        document.LinkEndChild(root);
+        XmlRecordWriter writer(folder.GetPath("ours"), "Root");
+        for (std::size_t i = 0; i < count; ++i) {
+            TiXmlElement record("Record");
+            record.SetAttribute("first", values[i]);
+            record.SetAttribute("second", values[values.size() - 1 - i]);
+            writer.Write(record);
+            root->InsertEndChild(record);
+        }
+        ASSERT_TRUE(writer.Commit());
+        ASSERT_TRUE(document.SaveFile((folder.GetNative() / "theirs").string()));
+        EXPECT_EQ(folder.Read("ours"), folder.Read("theirs"));
+    }
+}
+
+TEST(XmlRecordWriter, WhatItWritesIsReadBack)
+{
+    const test::TempFolder folder;
+    const std::string value = "\x01\t\n \"'<&> 中 \xED\xB2\x80 ";
+    XmlRecordWriter writer(folder.GetPath("file"), "Root");
+    constexpr int kRecords = 50000; // More than one block of the writer.
+    TiXmlElement record("r");
+    record.SetAttribute("v", value);
+    for (int i = 0; i < kRecords; ++i)
+        writer.Write(record);
+    ASSERT_TRUE(writer.Commit());
+
+    XmlProlog prolog;
+    int count = 0;
+    const XmlResult result = ReadXmlRecords(
+        folder.GetPath("file"), "Root", prolog, [&count, &value](const TiXmlElement& element) {
+            count += GetAttribute(element, "v") == value ? 1 : 0;
+        });
+    EXPECT_EQ(result, XmlResult::Read);
+    EXPECT_EQ(count, kRecords);
+}
+
+} // namespace
+} // namespace kivo::tunehive
