@@ -1,0 +1,136 @@
+#include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/base/Released.h"
+#include "shell/contracts/common/Text.h"
+#include "tests/platform/attributes/MediaFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace kivo::attributes {
+namespace {
+
+constexpr std::int64_t kUnitsPerSecond = 10'000'000;
+
+struct Expected {
+    const char* name; // The test's name.
+    const char* file;
+    const char16_t* title; // Null: the file gives no header. Empty: no such attribute.
+    const char16_t* author = u"";
+    const char16_t* comment = u"";
+    int seconds = 4; // 0: no length.
+};
+
+void PrintTo(const Expected& expected, std::ostream* out)
+{
+    *out << expected.file;
+}
+
+class AttributesTest : public testing::TestWithParam<Expected> {
+public:
+    static void SetUpTestSuite() { PrepareMediaFiles(); }
+    void SetUp() override { SetBeyond(true); }
+    void TearDown() override { SetBeyond(false); }
+};
+
+TEST_P(AttributesTest, Reads)
+{
+    const Expected& expected = GetParam();
+    const Released<IWMMetadataEditor> editor(WMCreateEditor());
+    ASSERT_NE(editor, nullptr) << "the module is missing";
+    const HRESULT opened = editor->Open(FilePath(expected.file));
+    IWMHeaderInfo3* header = editor->QueryHeaderInfo();
+    ASSERT_EQ(header != nullptr, expected.title != nullptr);
+    ASSERT_EQ(Failed(opened), header == nullptr);
+    if (header == nullptr)
+        return;
+    EXPECT_EQ(TextOf(header, u"Title").value_or(u""), expected.title);
+    EXPECT_EQ(TextOf(header, u"Author").value_or(u""), expected.author);
+    EXPECT_EQ(TextOf(header, u"Description").value_or(u""), expected.comment);
+    const auto duration = NumberOf(header, u"Duration");
+    ASSERT_EQ(duration.has_value(), expected.seconds > 0);
+    EXPECT_NEAR(static_cast<double>(duration.value_or(0)) / kUnitsPerSecond, expected.seconds, 0.6);
+}
+
+constexpr const char16_t* kTitle = u"Tïtle 春";
+constexpr const char16_t* kArtist = u"Ärtist";
+constexpr const char16_t* kComment = u"Cömment";
+
+INSTANTIATE_TEST_SUITE_P(
+    Files,
+    AttributesTest,
+    testing::Values(
+        Expected{"Mp3", "plain.mp3", kTitle, kArtist, kComment},
+        Expected{"Wma", "plain.wma", kTitle, kArtist, kComment},
+        Expected{"Wav", "plain.wav", kTitle, kArtist, kComment},
+        Expected{"Flac", "plain.flac", kTitle, kArtist, kComment},
+        Expected{"Ogg", "plain.ogg", kTitle, kArtist, kComment},
+        Expected{"Opus", "plain.opus", kTitle, kArtist, kComment},
+        Expected{"M4a", "plain.m4a", kTitle, kArtist, kComment},
+        Expected{"WavPack", "plain.wv", kTitle, kArtist, kComment},
+        Expected{"Aiff", "plain.aiff", kTitle, kArtist, kComment},
+        Expected{"Mp4", "video.mp4", kTitle, kArtist, kComment},
+        Expected{"FragmentedMp4ByTheSecondReader", "fragmented.mp4", kTitle, kArtist, kComment},
+        Expected{"Avi", "video.avi", kTitle, kArtist, kComment},
+        Expected{"Mkv", "video.mkv", kTitle, kArtist, kComment},
+        Expected{"Wmv", "video.wmv", kTitle, kArtist, kComment},
+        Expected{"MpgHasALengthAlone", "video.mpg", u""},
+        Expected{"AWmaUnderAnMp3sName", "wma_named.mp3", kTitle, kArtist, kComment},
+        Expected{"AnMp3UnderAWmasName", "mp3_named.wma", kTitle, kArtist, kComment},
+        Expected{"GbkInId3v1", "gbk_id3v1.mp3", u"春江花月夜", u"春江花月夜", u"古筝独奏曲"},
+        Expected{"GbkInALatin1Frame", "gbk_id3v2.mp3", u"春江花月夜"},
+        Expected{"Utf8InId3v1", "utf8_id3v1.mp3", u"春江"},
+        Expected{"GbkInRiffInfo", "gbk_info.wav", u"春江花"},
+        Expected{"AMachinesCommentIsPassedOver", "machine_comment.mp3", u"", u"", u"by hand"},
+        Expected{"AMachinesCommentAloneIsNone", "only_machine_comment.mp3", u"t"},
+        Expected{"ATagInFrontOfAWave", "tag_before_wave.mp3", kTitle, kArtist, kComment},
+        Expected{"TheId3ChunkComesBeforeInfo", "id3_and_info.wav", u"from id3", kArtist, kComment},
+        Expected{"StreamedSizesByTheSecondReader", "streamed_sizes.wav", u""},
+        Expected{"AVariableRateIsWalked", "variable.mp3", u"", u"", u"", 8},
+        Expected{"MidiIsNotRead", "song.midi", nullptr},
+        Expected{"TextIsNoMusic", "text.mp3", nullptr},
+        Expected{"AnEmptyFile", "empty.mp3", nullptr},
+        Expected{"APipe", "pipe.mp3", nullptr},
+        Expected{"AMissingFile", "missing.mp3", nullptr},
+        Expected{"AFolder", ".", nullptr}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(AttributeRates, AreBitsPerSecond)
+{
+    PrepareMediaFiles();
+    const Released<IWMMetadataEditor> editor(WMCreateEditor());
+    editor->Open(FilePath("plain.mp3"));
+    EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 128'000);
+    editor->Open(FilePath("plain.wav"));
+    EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 706'000); // TagLib rounds to kbit/s.
+
+    // Of a video the whole file counts: 4 seconds of it.
+    editor->Open(FilePath("video.mp4"));
+    const auto rate = NumberOf(editor->QueryHeaderInfo(), u"Bitrate");
+    ASSERT_TRUE(rate.has_value());
+    EXPECT_GT(*rate, 150'000);
+}
+
+TEST(AttributeHeader, KnowsNoOtherNamesAndStreams)
+{
+    PrepareMediaFiles();
+    const Released<IWMMetadataEditor> editor(WMCreateEditor());
+    editor->Open(FilePath("plain.mp3"));
+    IWMHeaderInfo3* header = editor->QueryHeaderInfo();
+    ASSERT_NE(header, nullptr);
+    std::uint16_t length = 0;
+    EXPECT_EQ(header->GetAttributeByName(0, u"Rating", nullptr, &length), ASF_E_NOTFOUND);
+    EXPECT_TRUE(Failed(header->GetAttributeByName(1, u"Title", nullptr, &length)));
+    EXPECT_EQ(TextOf(header, u"WM/AlbumTitle"), u"Albüm");
+    EXPECT_EQ(TextOf(header, u"WM/Genre"), u"Rock");
+}
+
+TEST(AttributeHeader, OfAnEarlierFileIsGoneAfterAFailedOpen)
+{
+    PrepareMediaFiles();
+    const Released<IWMMetadataEditor> editor(WMCreateEditor());
+    editor->Open(FilePath("plain.mp3"));
+    editor->Open(FilePath("missing.mp3"));
+    EXPECT_EQ(editor->QueryHeaderInfo(), nullptr);
+}
+
+} // namespace
+} // namespace kivo::attributes
