@@ -1,6 +1,7 @@
 #include "platform/attributes/TagReader.h"
 
 #include "platform/attributes/BoundedStream.h"
+#include "platform/attributes/CommentBounds.h"
 #include "platform/attributes/Mp3Length.h"
 #include "platform/attributes/TagText.h"
 #include "platform/attributes/TextFrameFactory.h"
@@ -23,8 +24,11 @@
 #include <taglib/wavpackfile.h>
 #include <taglib/xingheader.h>
 
+#include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace kivo::attributes {
 
@@ -174,10 +178,12 @@ std::optional<AttributeRecord> ReadAsf(MediaSource& source, BoundedStream& strea
     return record;
 }
 
-std::optional<AttributeRecord> ReadWave(MediaSource& /*source*/, BoundedStream& stream)
+// RIFF and its kin keep an ID3v2 tag in a chunk, which is read by our own factory.
+template <class File>
+std::optional<AttributeRecord> ReadChunked(BoundedStream& stream)
 {
     stream.SetHidesId3Chunk(true);
-    TagLib::RIFF::WAV::File file(&stream);
+    File file(&stream);
     stream.SetHidesId3Chunk(false);
     if (!file.isValid())
         return std::nullopt;
@@ -190,7 +196,8 @@ std::optional<AttributeRecord> ReadWave(MediaSource& /*source*/, BoundedStream& 
         record.comment.reset();
         Set(record.comment, FindComment(tag));
     }
-    TakeTag(record, file.InfoTag());
+    if constexpr (std::is_same_v<File, TagLib::RIFF::WAV::File>)
+        TakeTag(record, file.InfoTag());
     TakeProperties(record, file.audioProperties());
     return record;
 }
@@ -239,41 +246,46 @@ std::optional<AttributeRecord> ReadPlain(BoundedStream& stream, Args... args)
     return record;
 }
 
+std::optional<AttributeRecord>
+ReadFlac(MediaSource& source, std::int64_t tagBytes, BoundedStream& stream)
+{
+    if (!HasSaneFlacComments(source, tagBytes + 4))
+        return std::nullopt;
+    stream.SetBlockLimit(kPictureBlockLimit);
+    TextFrameFactory frames;
+    return ReadPlain<TagLib::FLAC::File, TextFrameFactory*>(stream, &frames);
+}
+
 // The codec of an Ogg stream stands in its first packet, behind the page header.
 std::optional<AttributeRecord> ReadOgg(MediaSource& source, BoundedStream& stream)
 {
     std::array<char, 48> page{};
     const std::size_t got = source.ReadAt(0, page.data(), page.size());
     const std::string_view head(page.data(), got);
-    if (head.find("OpusHead") != std::string_view::npos)
+    if (head.find("OpusHead") != std::string_view::npos && HasSaneOggComments(source, 8))
         return ReadPlain<TagLib::Ogg::Opus::File>(stream);
-    if (head.find("\x7F"
-                  "FLAC") != std::string_view::npos) {
+    constexpr std::string_view kFlacMark("\x7F\x46LAC", 5);
+    if (head.find(kFlacMark) != std::string_view::npos && HasSaneOggComments(source, 4)) {
         return ReadPlain<TagLib::Ogg::FLAC::File>(stream);
     }
-    if (head.find("\x01vorbis") != std::string_view::npos)
+    if (head.find("\x01vorbis") != std::string_view::npos && HasSaneOggComments(source, 7))
         return ReadPlain<TagLib::Ogg::Vorbis::File>(stream);
     return std::nullopt;
 }
 
 std::optional<AttributeRecord>
-ReadByContent(MediaSource& source, Content content, BoundedStream& stream)
+ReadByContent(MediaSource& source, const Sniffed& sniffed, BoundedStream& stream)
 {
-    switch (content) {
+    switch (sniffed.content) {
     case Content::Mpeg: return ReadMpeg(source, stream);
     case Content::Asf: return ReadAsf(source, stream);
-    case Content::Wave: return ReadWave(source, stream);
+    case Content::Wave: return ReadChunked<TagLib::RIFF::WAV::File>(stream);
+    case Content::Aiff: return ReadChunked<TagLib::RIFF::AIFF::File>(stream);
     case Content::Mp4: return ReadMp4(source, stream);
     case Content::Ape: return ReadPlain<TagLib::APE::File>(stream);
-    default: break;
-    }
-    stream.SetBlockLimit(kPictureBlockLimit);
-    TextFrameFactory frames;
-    switch (content) {
-    case Content::Flac: return ReadPlain<TagLib::FLAC::File, TextFrameFactory*>(stream, &frames);
-    case Content::Ogg: return ReadOgg(source, stream);
     case Content::WavPack: return ReadPlain<TagLib::WavPack::File>(stream);
-    case Content::Aiff: return ReadPlain<TagLib::RIFF::AIFF::File>(stream);
+    case Content::Flac: return ReadFlac(source, sniffed.tagBytes, stream);
+    case Content::Ogg: stream.SetBlockLimit(kPictureBlockLimit); return ReadOgg(source, stream);
     default: return std::nullopt;
     }
 }
@@ -344,7 +356,7 @@ Sniffed Sniff(MediaSource& source, bool isMp3Name)
     std::string head = ReadHead(source, 0);
     const std::int64_t tagBytes = MeasureLeadingTag(head);
     if (tagBytes > 0) {
-        sniffed.hasLeadingTag = true;
+        sniffed.tagBytes = tagBytes;
         head = ReadHead(source, tagBytes);
         sniffed.content = ByMagic(head);
         if (sniffed.content == Content::Unknown)
@@ -364,9 +376,8 @@ Sniffed Sniff(MediaSource& source, bool isMp3Name)
 std::optional<AttributeRecord> ReadTags(MediaSource& source, const Sniffed& sniffed)
 {
     BoundedStream stream(source, sniffed.offset);
-    auto record = ReadByContent(source, sniffed.content, stream);
-    const bool takesLeadingTag = sniffed.hasLeadingTag && sniffed.offset > 0 &&
-                                 sniffed.offset <= kLargestLeadingTag &&
+    auto record = ReadByContent(source, sniffed, stream);
+    const bool takesLeadingTag = sniffed.offset > 0 && sniffed.offset <= kLargestLeadingTag &&
                                  sniffed.content != Content::Mpeg;
     if (record && takesLeadingTag) {
         BoundedStream whole(source);

@@ -12,9 +12,8 @@ enum class Content { Mpeg, Asf, Wave, Mp4, Ape, Flac, Ogg, WavPack, Aiff, Midi, 
 
 struct Sniffed {
     Content content = Content::Unknown;
-    std::int64_t offset =
-        0; // Where the format begins: behind an ID3v2 tag that stands in front of it.
-    bool hasLeadingTag = false;
+    std::int64_t tagBytes = 0; // Of an ID3v2 tag that stands in front.
+    std::int64_t offset = 0;   // Where TagLib begins: behind that tag, unless its class reads it.
 };
 
 // `isMp3Name`: the name ends in ".mp3", which decides where the bytes say nothing.

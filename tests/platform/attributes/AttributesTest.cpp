@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         Expected{"Opus", "plain.opus", kTitle, kArtist, kComment},
         Expected{"M4a", "plain.m4a", kTitle, kArtist, kComment},
         Expected{"WavPack", "plain.wv", kTitle, kArtist, kComment},
-        Expected{"Aiff", "plain.aiff", kTitle, kArtist, kComment},
+        Expected{"Aiff", "plain.aiff", kTitle, kArtist},
         Expected{"Mp4", "video.mp4", kTitle, kArtist, kComment},
         Expected{"FragmentedMp4ByTheSecondReader", "fragmented.mp4", kTitle, kArtist, kComment},
         Expected{"Avi", "video.avi", kTitle, kArtist, kComment},
@@ -97,7 +97,7 @@ TEST(AttributeRates, AreBitsPerSecond)
 {
     PrepareMediaFiles();
     const Released<IWMMetadataEditor> editor(WMCreateEditor());
-    editor->Open(FilePath("plain.mp3"));
+    editor->Open(FilePath("bare.mp3"));
     EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 128'000);
     editor->Open(FilePath("plain.wav"));
     EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 706'000); // TagLib rounds to kbit/s.

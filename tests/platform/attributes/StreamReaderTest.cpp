@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <condition_variable>
@@ -61,7 +62,7 @@ private:
     int port_ = 0;
 };
 
-class Recorder : public IWMReaderCallback {
+class Recorder final : public IWMReaderCallback {
 public:
     void AddRef() override { ++references_; }
     void Release() override { --references_; }
