@@ -1,4 +1,5 @@
 #include "host/HostServices.h"
+#include "platform/base/PostQueue.h"
 #include "shell/contracts/host/KivoApi.h"
 
 #include <type_traits>
@@ -24,6 +25,12 @@ IHostServices* Enter(const Pointers*... given)
     return ((given != nullptr) && ...) ? GetHostServices() : nullptr;
 }
 
+template <class... Args>
+constexpr bool TakesTheSame(void (* /*given*/)(Args...), int (* /*wrapper*/)(Args...))
+{
+    return true;
+}
+
 } // namespace
 
 #define KIVO_EXPORT extern "C" KIVO_API
@@ -31,6 +38,7 @@ IHostServices* Enter(const Pointers*... given)
 // The name, arguments and result are those of the plug-in's wrapper.
 #define KIVO_CHECK_EXPORT(name)                                                                    \
     static_assert(std::is_same_v<decltype(&::name), decltype(&kivo::name)>)
+#define KIVO_CHECK_EXPORT_WITHOUT_RESULT(name) static_assert(TakesTheSame(&::name, &kivo::name))
 
 KIVO_EXPORT int _KivoAPI_RegisterPluginWindow(IPluginWindow* window)
 {
@@ -102,9 +110,7 @@ KIVO_CHECK_EXPORT(_KivoAPI_GetMyDir);
 // From any thread, so nothing of the program's is touched here.
 KIVO_EXPORT int _KivoAPI_PostSDKEvent(ISDKEvent* event)
 {
-    if (event != nullptr)
-        event->Release();
-    return 0;
+    return kivo::PostQueue::Get().Post(event);
 }
 KIVO_CHECK_EXPORT(_KivoAPI_PostSDKEvent);
 
@@ -133,42 +139,28 @@ KIVO_EXPORT int _KivoAPI_Revoke(void* watcher)
 KIVO_CHECK_EXPORT(_KivoAPI_Revoke);
 
 // A library's resources are found by path here, so a registered instance has no use.
-KIVO_EXPORT int _RegisterMsgInstance(void* instance)
-{
-    return instance != nullptr ? 1 : 0;
-}
-KIVO_CHECK_EXPORT(_RegisterMsgInstance);
+KIVO_EXPORT void _RegisterMsgInstance(void* /*instance*/) {}
+KIVO_CHECK_EXPORT_WITHOUT_RESULT(_RegisterMsgInstance);
 
-KIVO_EXPORT int _UnRegisterMsgInstance(void* instance)
-{
-    return instance != nullptr ? 1 : 0;
-}
-KIVO_CHECK_EXPORT(_UnRegisterMsgInstance);
+KIVO_EXPORT void _UnRegisterMsgInstance(void* /*instance*/) {}
+KIVO_CHECK_EXPORT_WITHOUT_RESULT(_UnRegisterMsgInstance);
 
-KIVO_EXPORT int _GetStringViaID(const String* id, String* text)
+KIVO_EXPORT void _GetStringViaID(const String* id, String* text)
 {
-    const IHostServices* const host = Enter(id, text);
-    if (host == nullptr)
-        return 0;
-    *text = host->GetText(*id);
-    return 1;
+    if (const IHostServices* const host = Enter(id, text); host != nullptr)
+        *text = host->GetText(*id);
 }
-KIVO_CHECK_EXPORT(_GetStringViaID);
+KIVO_CHECK_EXPORT_WITHOUT_RESULT(_GetStringViaID);
 
-KIVO_EXPORT int _ShowMsgBox(
+KIVO_EXPORT void _ShowMsgBox(
     int code, const String* title, const String* message, int style, int* result, int /*reserved*/)
 {
-    if (result != nullptr)
-        *result = 0;
     IHostServices* const host = Enter(title, message);
-    if (host == nullptr)
-        return 0;
-    const bool confirmed = host->ShowMessage(code, *title, *message, style);
+    const bool confirmed = host != nullptr && host->ShowMessage(code, *title, *message, style);
     if (result != nullptr)
         *result = confirmed ? 1 : 0;
-    return 1;
 }
-KIVO_CHECK_EXPORT(_ShowMsgBox);
+KIVO_CHECK_EXPORT_WITHOUT_RESULT(_ShowMsgBox);
 
 KIVO_EXPORT int _KivoAPI_STAT_TAG_INCREASE(const int* tag)
 {

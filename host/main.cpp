@@ -1,7 +1,43 @@
-#include <cstdio>
+#include "host/Arguments.h"
+#include "host/Program.h"
 
-int main()
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// The folder in which the program was started, the way there as the user went; empty: gone.
+std::string GetStartFolder()
 {
-    std::puts("kivo " KIVO_VERSION);
-    return 0;
+    struct Free {
+        void operator()(char* text) const { std::free(text); }
+    };
+    const std::unique_ptr<char, Free> folder(get_current_dir_name());
+    return folder && *folder == '/' ? folder.get() : "";
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    using namespace kivo::host;
+    constexpr int kWrongUse = 2;
+    const std::vector<std::string> arguments(argv, argv + argc);
+    ParsedArguments parsed = ParseArguments(arguments, GetStartFolder());
+    if (parsed.options.showHelp || parsed.options.showVersion) {
+        std::fputs(parsed.options.showHelp ? GetHelpText().c_str() : GetVersionText().c_str(),
+                   stdout);
+        return 0;
+    }
+    if (!parsed.error.empty()) {
+        std::fprintf(stderr, "kivo: %s\n", parsed.error.c_str());
+        return kWrongUse;
+    }
+    return Program(std::move(parsed.options)).Run();
 }

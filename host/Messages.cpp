@@ -1,0 +1,72 @@
+#include "host/Messages.h"
+
+#include "host/QtText.h"
+#include "host/Terminal.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace kivo::host {
+
+namespace {
+
+QMessageBox::Icon GetIcon(MessageKind kind)
+{
+    switch (kind) {
+    case MessageKind::Question: return QMessageBox::Question;
+    case MessageKind::Error: return QMessageBox::Critical;
+    default: return QMessageBox::Information;
+    }
+}
+
+class BoxMessages : public IMessages {
+public:
+    bool Show(MessageKind kind, const String& title, const String& text) override
+    {
+        QMessageBox box(QApplication::activeWindow());
+        box.setTextFormat(Qt::PlainText); // Before the text, which may come from anywhere.
+        box.setIcon(GetIcon(kind));
+        box.setWindowTitle(ToQString(title));
+        box.setText(ToQString(text));
+        if (kind != MessageKind::Question) {
+            box.exec();
+            return true;
+        }
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+        return box.exec() == QMessageBox::Yes;
+    }
+};
+
+class TerminalMessages : public IMessages {
+public:
+    explicit TerminalMessages(Terminal& terminal)
+        : terminal_(terminal)
+    {
+    }
+
+    bool Show(MessageKind kind, const String& title, const String& text) override
+    {
+        terminal_.PrintLine(title.empty() ? ForTerminal(text)
+                                          : ForTerminal(title) + ": " + ForTerminal(text));
+        return kind != MessageKind::Question;
+    }
+
+private:
+    Terminal& terminal_;
+};
+
+} // namespace
+
+std::unique_ptr<IMessages> MakeBoxMessages()
+{
+    return std::make_unique<BoxMessages>();
+}
+
+std::unique_ptr<IMessages> MakeTerminalMessages(Terminal& terminal)
+{
+    return std::make_unique<TerminalMessages>(terminal);
+}
+
+} // namespace kivo::host

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "shell/contracts/base/String.h"
+
+#include <string>
+
+namespace kivo {
+
+class Property;
+
+namespace host {
+
+// Where and as whom to sign in. The password is asked for and kept elsewhere.
+struct SignAccount {
+    String address;          // "name@server".
+    String server;           // A host that serves the address; empty: as the address says.
+    int port = 0;            // 0: the network's own.
+    std::string fingerprint; // SHA-256 of a certificate that the user trusts; empty: none.
+};
+
+enum class SignConnection {
+    LocalOnly, // Nobody is signed in; the sign shows on the own line alone.
+    Connecting,
+    Online,
+    Waiting,               // Tries again in `seconds`.
+    Refused,               // The server doesn't take name or password. No further try by itself.
+    UntrustedCertificate,  // `reason` and `fingerprint` tell which. No further try by itself.
+    ServerWithoutEventing, // Online, but the server carries no signs.
+};
+
+struct SignState {
+    SignConnection connection = SignConnection::LocalOnly;
+    int seconds = 0;
+    String reason;           // In plain words, for the user; data of a stranger.
+    std::string fingerprint; // SHA-256 in hexadecimal digits.
+    String ownId;            // The own address as the server bound it.
+};
+
+enum class SignPresence { Offline, Online, Away, Busy };
+
+struct SignContact {
+    String id;   // "name@server", unique.
+    String name; // What the user calls the contact; empty: nothing.
+    SignPresence presence = SignPresence::Offline;
+};
+
+// Hears the network. Every text is data of strangers, bounded and cleaned by the network.
+// Thread: user interface; may come from inside a call of ISignNetwork.
+class ISignNetworkListener {
+public:
+    virtual void OnState(const SignState& state) = 0;
+    virtual void OnContact(const SignContact& contact) = 0; // A new one, or one that changed.
+    virtual void OnContactGone(const String& id) = 0;
+    virtual void OnContactAsks(const String& id) = 0; // Wants to see the user; AnswerContact.
+    virtual void OnSign(const String& id,
+                        const String& kind,
+                        const String& title,
+                        const Property& sign) = 0; // The own id: what the user shows.
+    virtual void OnSignGone(const String& id) = 0;
+
+protected:
+    ~ISignNetworkListener() = default;
+};
+
+// Carries signs between people. Thread: user interface; no call blocks.
+class ISignNetwork {
+public:
+    virtual ~ISignNetwork() = default;
+
+    // One listener, borrowed; null: none. It hears the state and all contacts again.
+    virtual void SetListener(ISignNetworkListener* listener) = 0;
+
+    virtual void SignIn(const SignAccount& account) = 0;
+    virtual void SignOut() = 0;
+
+    // Never refuses: what can't be sent now goes out when it can. The last one wins.
+    virtual void SetSign(const String& kind, const String& title, const Property& sign) = 0;
+    virtual void RemoveSign() = 0;
+
+    virtual void AddContact(const String& id) = 0;
+    virtual void AnswerContact(const String& id, bool yes) = 0;
+    virtual void RemoveContact(const String& id) = 0;
+    virtual void TrustCertificate(const std::string& fingerprint) = 0;
+
+    // The address under which the sign is the user's own; without an account the local name.
+    [[nodiscard]] virtual String GetOwnId() const = 0;
+};
+
+} // namespace host
+} // namespace kivo

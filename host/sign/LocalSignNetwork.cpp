@@ -1,0 +1,45 @@
+#include "host/sign/LocalSignNetwork.h"
+
+namespace kivo::host {
+
+LocalSignNetwork::LocalSignNetwork(const String& ownId)
+    : ownId_(ownId)
+{
+}
+
+void LocalSignNetwork::SetListener(ISignNetworkListener* listener)
+{
+    listener_ = listener;
+    if (listener_ != nullptr)
+        listener_->OnState({SignConnection::LocalOnly, 0, String(), {}, ownId_});
+}
+
+void LocalSignNetwork::SetSign(const String& kind, const String& title, const Property& sign)
+{
+    isSignOut_ = true;
+    if (listener_ != nullptr)
+        listener_->OnSign(ownId_, kind, title, sign);
+}
+
+void LocalSignNetwork::RemoveSign()
+{
+    if (!isSignOut_)
+        return;
+    isSignOut_ = false;
+    if (listener_ != nullptr)
+        listener_->OnSignGone(ownId_);
+}
+
+String LocalSignNetwork::GetOwnId() const
+{
+    return ownId_;
+}
+
+void LocalSignNetwork::SignIn(const SignAccount& /*account*/) {}
+void LocalSignNetwork::SignOut() {}
+void LocalSignNetwork::AddContact(const String& /*id*/) {}
+void LocalSignNetwork::AnswerContact(const String& /*id*/, bool /*yes*/) {}
+void LocalSignNetwork::RemoveContact(const String& /*id*/) {}
+void LocalSignNetwork::TrustCertificate(const std::string& /*fingerprint*/) {}
+
+} // namespace kivo::host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/sign/ISignNetwork.h"
+
+namespace kivo::host {
+
+// Nobody is signed in: the sign shows on the user's own line and goes nowhere else. There are no
+// contacts, and requests about them do nothing.
+class LocalSignNetwork : public ISignNetwork {
+public:
+    explicit LocalSignNetwork(const String& ownId); // The local name.
+
+    void SetListener(ISignNetworkListener* listener) override;
+    void SignIn(const SignAccount& account) override;
+    void SignOut() override;
+    void SetSign(const String& kind, const String& title, const Property& sign) override;
+    void RemoveSign() override;
+    void AddContact(const String& id) override;
+    void AnswerContact(const String& id, bool yes) override;
+    void RemoveContact(const String& id) override;
+    void TrustCertificate(const std::string& fingerprint) override;
+    [[nodiscard]] String GetOwnId() const override;
+
+private:
+    String ownId_;
+    ISignNetworkListener* listener_ = nullptr;
+    bool isSignOut_ = false; // A sign is out.
+};
+
+} // namespace kivo::host
