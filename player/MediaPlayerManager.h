@@ -1,10 +1,12 @@
 #pragma once
 
 #include "shell/contracts/base/Delegate.h"
+#include "shell/contracts/base/LifeToken.h"
 #include "shell/contracts/base/String.h"
 #include "shell/contracts/framework/Windows.h"
 
 #include <map>
+#include <vector>
 
 namespace kivo::tunehive {
 
@@ -58,11 +60,12 @@ public:
 private:
     [[nodiscard]] IMediaPlayer* TakePlayer(const String& url);
 
-    DelegateList<ITuneHive_AsyncCallbackParam*> listeners_;
-    std::map<int, IMediaPlayer*> players_; // Owned, freed through Release.
+    std::vector<PlayerStateListener> listeners_; // In order of addition.
+    std::map<int, IMediaPlayer*> players_;       // Owned, freed through Release.
     CWnd* parent_ = nullptr;
     IMediaPlayer* current_ = nullptr;
     Rect bounds_;
+    LifeToken life_;
 };
 
 } // namespace kivo::tunehive

@@ -43,8 +43,8 @@ public:
 };
 
 // Makes the peer of a surface inside `parent` (may be null), hidden and without a size. Null: there
-// is no window system; everything else works. Both are borrowed and outlive the peer. Thread: user
-// interface.
+// is no window system; everything else works. Both are borrowed; the surface outlives the peer, the
+// parent need not, and then the peer draws nothing any more. Thread: user interface.
 using VideoSurfacePeerFactory =
     std::function<std::unique_ptr<VideoSurfacePeer>(IVideoSurface& surface, CWnd* parent)>;
 [[nodiscard]] KIVO_API std::unique_ptr<VideoSurfacePeer>
