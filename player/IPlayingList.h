@@ -23,6 +23,11 @@ public:
 
     virtual int PlaySelected() = 0; // Plays the first selected track; 0 if none is selected.
 
+    // A run of moves of the mark in search of a track: between the two calls only the row where the
+    // mark ends need be drawn.
+    virtual void BeginMoves() {}
+    virtual void EndMoves() {}
+
 protected:
     ~IPlayingList() = default;
 };

@@ -71,6 +71,7 @@ int CKivoPlayerWnd::SetURL(String url, int autoplay)
     if (autoplay == 0)
         control_->SetAutoStart(false);
     control_->SetURL(url);
+    SetStartUnderWay(true);
     return kDone;
 }
 
@@ -87,6 +88,7 @@ int CKivoPlayerWnd::Stop()
     if (!control_)
         return kNotDone;
     NextPlayTurn();
+    SetStartUnderWay(false);
     control_->Stop();
     return kDone;
 }
@@ -284,6 +286,7 @@ void CKivoPlayerWnd::OnDoubleClick()
 
 void CKivoPlayerWnd::OnPlayStateChange(int state)
 {
+    SetStartUnderWay(false);
     if (peer_)
         peer_->Update(); // The ground may be another one now.
     if (manager_ != nullptr)

@@ -5,6 +5,7 @@ namespace kivo::tunehive {
 namespace {
 
 std::uint64_t g_turn = 0;
+bool g_startUnderWay = false;
 
 } // namespace
 
@@ -16,6 +17,16 @@ std::uint64_t GetPlayTurn()
 void NextPlayTurn()
 {
     ++g_turn;
+}
+
+bool IsStartUnderWay()
+{
+    return g_startUnderWay;
+}
+
+void SetStartUnderWay(bool underWay)
+{
+    g_startUnderWay = underWay;
 }
 
 } // namespace kivo::tunehive

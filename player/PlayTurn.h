@@ -9,4 +9,8 @@ namespace kivo::tunehive {
 [[nodiscard]] std::uint64_t GetPlayTurn();
 void NextPlayTurn();
 
+// True from the setting of an address until the control reports a state.
+[[nodiscard]] bool IsStartUnderWay();
+void SetStartUnderWay(bool underWay);
+
 } // namespace kivo::tunehive

@@ -1,0 +1,55 @@
+#include "forms/LyricWnd.h"
+
+#include "player/IMediaPlayer.h"
+#include "player/MediaPlayerManager.h"
+
+namespace kivo::tunehive {
+
+namespace {
+
+constexpr int kControlId = 3344;
+
+IMediaPlayer* FindPlayer()
+{
+    auto* manager = CMediaPlayerManager::FindInstance();
+    return manager != nullptr ? manager->GetPlayer(String()) : nullptr;
+}
+
+} // namespace
+
+CLyricWnd::CLyricWnd()
+{
+    SetObjectID(u"LyricWnd");
+}
+
+int CLyricWnd::Create(CWnd* parent)
+{
+    const unsigned style = ui::wndstyle::kChild | ui::wndstyle::kVisible;
+    if (CSkinWnd::Create(style, u"KivoMediaLyricWnd", String(), Rect(), parent, kControlId) == 0)
+        return 0;
+    if (auto* manager = CMediaPlayerManager::FindInstance())
+        manager->SetParentWnd(this);
+    return 1;
+}
+
+void CLyricWnd::SetVisible(int visible)
+{
+    CSkinWnd::SetVisible(visible);
+    if (IMediaPlayer* player = FindPlayer())
+        player->Show(visible);
+}
+
+int CLyricWnd::IsSelfRender() const
+{
+    return 0;
+}
+
+void CLyricWnd::CalculateBounds(const Rect& place)
+{
+    CSkinWnd::CalculateBounds(place);
+    const Rect bounds = GetBoundsRect();
+    if (IMediaPlayer* player = FindPlayer())
+        player->SetBounds(bounds.left, bounds.top, bounds.right, bounds.bottom);
+}
+
+} // namespace kivo::tunehive

@@ -1,0 +1,51 @@
+// What the host finds in the library by name, and the one application object behind it.
+
+#include "shell/contracts/base/Export.h"
+#include "shell/contracts/desktop/TuneHiveRemote.h"
+#include "shell/desktop/TuneHiveRemote.h"
+#include "shell/Plugin_TuneHiveApp.h"
+
+namespace kivo::tunehive {
+
+namespace {
+
+CPlugin_TuneHiveApp application;
+
+// Runs the application object's start and stop with the library's own.
+class InstanceRun {
+public:
+    InstanceRun()
+        : isStarted_(application.InitInstance() != 0)
+    {
+    }
+    InstanceRun(const InstanceRun&) = delete;
+    InstanceRun& operator=(const InstanceRun&) = delete;
+    ~InstanceRun() { application.ExitInstance(); }
+
+    [[nodiscard]] bool IsStarted() const { return isStarted_; }
+
+private:
+    bool isStarted_;
+};
+
+const InstanceRun instanceRun; // Behind `application`: made after it, gone before it.
+
+} // namespace
+
+} // namespace kivo::tunehive
+
+extern "C" KIVO_API kivo::IPlugin* GetKivoPluginInstance()
+{
+    namespace th = kivo::tunehive;
+    return th::instanceRun.IsStarted() ? &th::application : nullptr;
+}
+
+extern "C" KIVO_API int MyPreTranslateMessage(void* message)
+{
+    return kivo::tunehive::application.PreTranslateMessage(message);
+}
+
+extern "C" KIVO_API kivo::ITuneHiveRemote* GetTuneHiveRemote()
+{
+    return kivo::tunehive::application.GetRemote();
+}

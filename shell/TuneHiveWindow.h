@@ -1,0 +1,70 @@
+#pragma once
+
+#include "player/IPage.h"
+#include "shell/contracts/base/IPluginWindow.h"
+
+#include <memory>
+
+namespace kivo::ui {
+class CSkinSplitter;
+}
+
+namespace kivo::tunehive {
+
+class ArgumentList;
+class CLyricPanel;
+class CPlayerPanel;
+class CVolForm;
+class TuneHiveRemote;
+
+// The page that the plug-in adds to the host's main form: player panel, tool panel, and a splitter
+// with the tree of groups above and the picture below. Panels know it and nothing else of their
+// neighbours. Thread: user interface.
+class TuneHiveWindow : public IPluginWindow, public IPage {
+public:
+    // `parent` and `plugin` are borrowed.
+    TuneHiveWindow(CWnd* parent, IPlugin* plugin);
+    ~TuneHiveWindow() override;
+    void Release() override;
+
+    void ShowPage(int visible) override;
+    int CreatePage() override;
+    int ClosePage() override;
+    [[nodiscard]] int GetPageWord() override;
+
+    [[nodiscard]] IPlayingList* GetPlayingList() override;
+    int GetCurrentTrackInfo(MediaInfo& info) override;
+    int SetPaneMode(int mode) override;
+    [[nodiscard]] int IsPaneVisible() override;
+    void ShowVolForm(int action, int x, int y) override;
+    void ForgetVolForm() override { volForm_ = nullptr; }
+    [[nodiscard]] int GetPlayState() override;
+    int PlaySelectedElsewhere() override;
+    void ShowAddMenu() override;
+    void LayOut() override;
+    [[nodiscard]] IPlugin* GetPlugin() override { return plugin_; }
+
+    void StopPlayer(); // As when playback ends, not by the user's stop button.
+    void RemoveSign(); // Takes a sign that is out down; nothing before the panel exists.
+
+    // Null before CreatePage and after the window's end.
+    [[nodiscard]] CPlayerPanel* GetPlayerPanel() const { return playerPanel_; }
+    [[nodiscard]] CLyricPanel* GetLyricPanel() const { return lyricPanel_; }
+    [[nodiscard]] ArgumentList* GetArguments() const { return arguments_.get(); }
+    [[nodiscard]] TuneHiveRemote* GetRemote() const { return remote_.get(); } // While it is open.
+
+private:
+    void CreateSplitter();
+    void CreateLyricPanel();
+    bool OpenPane();
+
+    IPlugin* plugin_;
+    CPlayerPanel* playerPanel_ = nullptr;
+    CLyricPanel* lyricPanel_ = nullptr;
+    CVolForm* volForm_ = nullptr;
+    ui::CSkinSplitter* splitter_ = nullptr;
+    std::unique_ptr<ArgumentList> arguments_;
+    std::unique_ptr<TuneHiveRemote> remote_;
+};
+
+} // namespace kivo::tunehive
