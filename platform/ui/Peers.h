@@ -39,6 +39,7 @@ class IMenu;
 
 // What of the control is another now.
 enum class Change {
+    Parent, // Another skin parent, or none.
     Bounds,
     Visible, // Its own flag.
     Enabled,

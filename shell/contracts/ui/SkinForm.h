@@ -25,8 +25,8 @@ public:
     void DoCancelWndModal(int result); // Ends it; a second end before the return changes nothing.
     void InterruptByForce(); // Ends it and each modal form above it with 0, the innermost first.
     [[nodiscard]] bool IsModal() const { return modal_; } // Between DoWndModal and its end.
-    [[nodiscard]] CSkinForm* GetModalChildForm() const;   // The innermost modal form with a window
-                                                          // that stands above this one; null: none.
+    // The modal form directly above this one, if it has a window; null: none.
+    [[nodiscard]] CSkinForm* GetModalChildForm() const;
 
     void SetDefaultOKButton(CSkinObject* button); // Enter presses it. Null: none.
     [[nodiscard]] CSkinObject* GetDefaultOKButton() const { return okButton_; }
@@ -47,6 +47,8 @@ public:
     virtual int OnQueryCloseForm();                // Non-zero: hide it. The base gives 1.
     LPARAM WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     bool CreateHandle() override;
+    void SetVisible(int visible) override; // Shown, it is at least as large as its content needs.
+    [[nodiscard]] Size GetWantedSize() const override;
 
     void ForgetObject(const CSkinObject* object); // Called by each control below it that goes.
 
@@ -56,6 +58,10 @@ protected:
     virtual int BuildForm();
 
 private:
+    void FitContent();
+    void OnActivate(bool active);
+    void OnClose();
+
     CSkinObject* okButton_ = nullptr;
     CSkinObject* focusObject_ = nullptr;
     CSkinObject* wantedFocus_ = nullptr;

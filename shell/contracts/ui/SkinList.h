@@ -4,6 +4,8 @@
 #include "shell/contracts/ui/SkinListItem.h"
 #include "shell/contracts/ui/SkinWnd.h"
 
+#include <functional>
+
 namespace kivo::ui {
 
 class CSkinTreeItem;
@@ -93,8 +95,8 @@ public:
     virtual void OnLButtonDown(unsigned flags, Point point);
 
     // Drag and drop.
-    void SetCanDrag(int on) { canDrag_ = on != 0; }
-    void SetCanDrop(int on) { canDrop_ = on != 0; }
+    void SetCanDrag(int on);
+    void SetCanDrop(int on);
     [[nodiscard]] bool CanDrag() const { return canDrag_; }
     [[nodiscard]] bool CanDrop() const { return canDrop_; }
     virtual int GetDragText(String& text); // 0: no drag starts. The base gives 0.
@@ -131,8 +133,12 @@ protected:
     friend class CSkinListItem;
 
     std::unique_ptr<IPeer> MakePeer() override;
-    // Visits all rows in screen order, those of folded groups too; `visit` gives false to stop.
-    virtual void VisitRows(bool (*visit)(CSkinListItem*, void*), void* context) const;
+    using RowVisitor = std::function<bool(CSkinListItem*)>; // False: stop.
+    // All rows in screen order, those of folded groups too. False: the visitor stopped.
+    virtual bool VisitRows(const RowVisitor& visit) const;
+    [[nodiscard]] virtual bool IsSelectedWithAll(const CSkinListItem* row) const;
+    [[nodiscard]] virtual CSkinTreeItem* GetParentOf(const CSkinListItem* row) const;
+    virtual void OnSync();                        // The changes are about to be handed over.
     virtual void OnRowGone(CSkinListItem* row);   // From the row's destructor.
     [[nodiscard]] MenuDelegate GetMenuDelegate(); // Calls DoMenuCommand.
     void ItemsChanged();
@@ -146,12 +152,13 @@ private:
     void OnRowChanged(CSkinListItem* row);
     void OnRowSelected(CSkinListItem* row);
     void RunMenuCommand(IMenu* entry);
+    void Drop(CSkinListItem* row, RowEvent event, const String& text);
 
     std::vector<CSkinListItem*> items_;
-    std::vector<CSkinCell> scratch_; // The cells of the row that was laid out last.
+    std::vector<CSkinCell> scratch_;            // The cells of the row that was laid out last.
+    const CSkinListItem* scratchRow_ = nullptr; // Inside its ReposControls.
     CStringArray droppedFiles_;
     String editedText_;
-    String editedCell_;
     CSkinListItem* anchorRow_ = nullptr;
     CSkinListItem* currentRow_ = nullptr;
     CSkinListItem* editedRow_ = nullptr;
@@ -167,6 +174,7 @@ private:
     bool canDrag_ = false;
     bool canDrop_ = false;
     bool dragInProgress_ = false;
+    bool reporting_ = false; // The peer knows already.
     bool dying_ = false;
 };
 

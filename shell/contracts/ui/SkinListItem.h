@@ -71,15 +71,18 @@ public:
     [[nodiscard]] String GetViewText(const String& id);
     // Lays the cells out in an area of that size, by ReposControls and the anchor styles, mirrored
     // in right-to-left windows. The cells live until the next layout in the list.
+    // The row's bounds become (0, 0, width, height).
     [[nodiscard]] const std::vector<CSkinCell>& LayOutForView(Size size);
+    [[nodiscard]] virtual int GetIndent() const; // Pixels in front of the margins. The base: 0.
 
     void MarkDue();  // Drops the cells; they are made at the next look.
     void BuildNow(); // Makes the cells, whatever they were, and has the row painted anew.
     [[nodiscard]] RowCells GetCellState() const { return cellState_; }
     [[nodiscard]] bool IsDue() const { return cellState_ != RowCells::Made; }
 
-    // Sets anchors and places of the cells through GetObjectW, and margins and inset. The base
-    // resets the margins and the inset to 0. Inside it alone GetObjectW gives cells.
+    // Sets anchors and places of the cells through GetObjectW, and margins and inset. The base puts
+    // photos 16 x 16 at the leading edge, 10 from it and 6 apart, and lets the last label fill the
+    // rest. Inside it alone GetObjectW gives cells.
     virtual void ReposControls();
     [[nodiscard]] CSkinCell* GetObjectW(const String& id) const; // Null: no such cell.
     void SetContentInset(int inset) { contentInset_ = static_cast<std::int16_t>(inset); }
@@ -101,8 +104,8 @@ public:
 
     virtual void BuildRow() = 0; // Makes the cells anew, or marks them due.
 
-    // `context` has no meaning here. May destroy the row. The base: DragOver accepts the drop,
-    // DoubleClick unfolds or folds a group, all else does nothing. The result has no meaning.
+    // `context` has no meaning here. May destroy the row. The base: DragOver accepts the drop, all
+    // else does nothing. The result has no meaning.
     virtual int OnListEvent(CSkinList* list, int context, int event, const String& text);
     virtual bool OnEditEnd(const String& oldText, const String& newText); // True: accepted.
     virtual IMenu* GetRowMenu(const MenuDelegate& delegate) = 0; // The caller's; null: none.
@@ -117,6 +120,7 @@ protected:
 private:
     friend class CSkinList;
     friend class CSkinTree;
+    friend class CSkinTreeItem;
     struct Cell;
 
     void AddCell(int position, const CellLook& look, StringView text, StringView tooltip);
@@ -124,7 +128,7 @@ private:
     void LookDirect();
     void LookFromView();
     void CellsChanged();
-    void LayOutCells(Size size);
+    void SayGone();
 
     CSkinList* list_;
     std::unique_ptr<Cell[]> cells_;
@@ -138,7 +142,8 @@ private:
     bool selected_ = false;
     bool multiSelectable_ = true;
     bool acceptsDrop_ = false;
-    bool looking_ = false;
+    bool looking_ = false; // The view looks: what it makes is no change.
+    bool gone_ = false;
 };
 
 } // namespace kivo::ui

@@ -4,9 +4,9 @@
 #include "shell/contracts/base/String.h"
 #include "shell/contracts/ui/Types.h"
 
-#include <map>
+#include <initializer_list>
 #include <memory>
-#include <optional>
+#include <string>
 #include <vector>
 
 class TiXmlNode;
@@ -50,6 +50,10 @@ public:
     int IncludeSkinText(const std::string& xml);
     int IncludeBuildText(const std::string& xml);
 
+    // What builds met that isn't in the vocabulary: "button PlayBtn: colour". Empties the list.
+    [[nodiscard]] std::vector<String> TakeBuildFaults();
+    void NoteBuildFault(const String& fault);
+
     // The `node` of the build files whose key is this one; blanks between its words count as one,
     // letter case matters. Null: none. It lives until the next Include or Clear.
     [[nodiscard]] const TiXmlNode* GetBuildNode(const String& key) const;
@@ -58,9 +62,9 @@ public:
     // The path of a skin file: "public\group_fold.png" lies below "skin" of the application's
     // folder. `reserved` is 0.
     [[nodiscard]] String TranslatePath(const String& file, int reserved) const;
-    // A picture's path: an absolute one stands; a name is looked for in the folders of the skins,
-    // the last first, then below the application's "skin". The name alone decides, not whether the
-    // file can be read.
+    // A picture's path: an absolute one stands; a name is looked for in "skin" beside each skin
+    // file, the last first (the picture itself or an ".svg" in its place), then below the
+    // application's "skin", which is also the answer when it is nowhere.
     [[nodiscard]] String FindPicture(const String& file) const;
     [[nodiscard]] SkinPicture GetPicture(const String& file) const; // By its last name.
     [[nodiscard]] String GetIconPicture(int icon) const; // `icon` of skin.xml; empty: none.

@@ -58,6 +58,7 @@ public:
     [[nodiscard]] int GetAnchorStyle() const { return anchorStyle_; }
     virtual void SetBounds(int left, int top, int width, int height); // In the parent.
     [[nodiscard]] Rect GetBoundsRect() const { return bounds_; }      // In the parent.
+    [[nodiscard]] Rect GetOwnPlace() const; // As SetBounds or the build said, before any layout.
     [[nodiscard]] int GetWidth() const { return WidthOf(bounds_); }
     [[nodiscard]] int GetHeight() const { return HeightOf(bounds_); }
     [[nodiscard]] Rect GetRectInForm() const; // In the outermost object above it.
@@ -133,16 +134,15 @@ protected:
     void DestroyPeer();
     void Tell(Change change); // To the peer, if there is one.
     void SetBoundsRect(const Rect& bounds);
-    [[nodiscard]] bool IsSizeSet() const { return sizeSet_; }
-    void EndLife(); // From here on every watch says no.
+    void ReleaseControls();                // The children go, the last first.
+    [[nodiscard]] Size GetSetSize() const; // As set by SetBounds or the build; 0: not set.
+    void EndLife();                        // From here on every watch says no.
 
 private:
     friend class BuildReader;
-    friend class Layout;
     struct Extra; // What a row never has; made when first written.
 
     Extra& GetExtra() const;
-    void ReleaseControls();
 
     String id_;
     CSkinObject* parent_ = nullptr;
@@ -151,7 +151,6 @@ private:
     int anchorStyle_ = anchor::kNone;
     bool shown_ = true;
     bool enabled_ = true;
-    bool sizeSet_ = false;
 };
 
 } // namespace kivo::ui

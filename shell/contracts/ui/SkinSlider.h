@@ -2,6 +2,8 @@
 
 #include "shell/contracts/ui/SkinWnd.h"
 
+#include <cstdint>
+
 namespace kivo::ui {
 
 enum class SliderKey { StepBack, StepForward, PageBack, PageForward, First, Last };
@@ -48,7 +50,9 @@ public:
     virtual void OnMouseLeave();
     virtual void OnKeyDown(SliderKey key);
     virtual void OnWheel(int angleDelta); // In eighths of a degree; a step each 120.
-    virtual void CancelDrag(); // Escape, or locked in mid-drag: as if it had not begun; silent.
+    // Escape, or locked in mid-drag: as if it had not begun. Silent, but with live events the way
+    // back is an event.
+    virtual void CancelDrag();
 
 protected:
     std::unique_ptr<IPeer> MakePeer() override;
@@ -72,7 +76,10 @@ protected:
     void SetLastPoint(Point point) { lastPoint_ = point; }
 
 private:
-    void MoveByHand(int position);
+    [[nodiscard]] bool TakesInput() const;
+    [[nodiscard]] int Along(Point point) const;
+    void MoveByHand(std::int64_t delta);
+    void PlaceThumb(int start);
     void DragTo(Point point);
 
     Rect thumb_;
@@ -82,7 +89,8 @@ private:
     int maximum_ = 100;
     int position_ = 0;
     int hoverIndex_ = 0;
-    int dragJump_ = 0;
+    int dragStart_ = 0; // The position at the press, and
+    int dragJump_ = 0;  // how far the press beside the thumb made it jump.
     int wheelRest_ = 0;
     bool vertical_ = false;
     bool dragging_ = false;

@@ -35,21 +35,25 @@ protected:
     friend class CSkinTreeItem;
 
     std::unique_ptr<IPeer> MakePeer() override;
-    void VisitRows(bool (*visit)(CSkinListItem*, void*), void* context) const override;
+    bool VisitRows(const RowVisitor& visit) const override;
+    [[nodiscard]] bool IsSelectedWithAll(const CSkinListItem* row) const override;
+    [[nodiscard]] CSkinTreeItem* GetParentOf(const CSkinListItem* row) const override;
+    void OnSync() override;
     void OnRowGone(CSkinListItem* row) override;
 
 private:
     void OnChildrenTouched(CSkinTreeItem* parent);
+    void OnFolding(CSkinTreeItem* row);
     void OnExpanded(CSkinTreeItem* row);
-    [[nodiscard]] int CountShown(const CSkinTreeItem* row) const;
-    [[nodiscard]] bool
-    VisitBelow(const CSkinTreeItem* row, bool (*visit)(CSkinListItem*, void*), void* context) const;
+    [[nodiscard]] int CountShown(const CSkinTreeItem* row) const; // Rows that show below it.
+    void AppendShown(const CSkinTreeItem* row, CPtrArray& rows) const;
+    // The place of a row's first child; -1: its children don't show.
+    [[nodiscard]] int FirstPlaceBelow(const CSkinTreeItem* row) const;
+    [[nodiscard]] bool VisitBelow(const CSkinTreeItem* row, const RowVisitor& visit) const;
 
     CSkinTreeItem* root_ = nullptr;
-    // The parent that was located in last, where its rows begin, and how far their hints are off.
-    mutable const CSkinTreeItem* lastParent_ = nullptr;
-    mutable int lastFirst_ = 0;
-    mutable int lastDrift_ = 0;
+    mutable const CSkinTreeItem* lastParent_ = nullptr; // The parent that was located in last,
+    mutable int lastFirst_ = 0;                         // and where its rows begin.
 };
 
 } // namespace kivo::ui

@@ -24,7 +24,7 @@ public:
     // Row pointers, CSkinTreeItem*, in display order. Writable for block moves.
     [[nodiscard]] CPtrArray& GetChildren();
     [[nodiscard]] const CPtrArray& GetChildren() const;
-    [[nodiscard]] int GetChildCount() const { return static_cast<int>(GetChildren().size()); }
+    [[nodiscard]] int GetChildCount() const;
     [[nodiscard]] CSkinTreeItem* GetChild(int index) const; // Null: there is none.
     // The child's index; -1: no child. Compares pointers only. Near O(1).
     [[nodiscard]] int IndexOf(const CSkinTreeItem* child) const;
@@ -32,7 +32,7 @@ public:
     void AddTreeNode(CSkinTreeItem* child); // Appends it; the tree frees it from here on.
     void ChildrenChanged();                 // The child array was written from outside.
 
-    void SetGroup(bool isGroup) { isGroup_ = isGroup; }
+    void SetGroup(bool isGroup);
     [[nodiscard]] bool IsGroup() const { return isGroup_; }
     [[nodiscard]] bool IsExpanded() const { return expanded_; }
     // Shows or hides the children; `row` is the row's place and has no effect. Runs OnExpandChanged
@@ -45,6 +45,10 @@ public:
     void Sort(CSkinTree* tree, bool recursive);
     void Sort2(CSkinTree* tree);
 
+    [[nodiscard]] int GetIndent() const override; // 18 for each level below the first.
+    // As the base; DoubleClick folds or unfolds a group.
+    int OnListEvent(CSkinList* list, int context, int event, const String& text) override;
+
     virtual void OnExpandChanged(CSkinTree* tree, int row, bool expanded) = 0;
     virtual int CompareFunc(CSkinTreeItem* a, CSkinTreeItem* b); // <0, 0, >0. The base: 0.
     virtual int CanBeSelected() = 0;                             // 1: the user may select it.
@@ -52,15 +56,22 @@ public:
 
 private:
     friend class CSkinTree;
+    struct Children;
 
+    Children& MakeChildren();
+    [[nodiscard]] bool HasChildGroups() const;
+    void Renumber() const;
+    void TakeOut(CSkinTreeItem* child);
+    void TakeOutMarked();
     void SortChildren();
 
     CSkinTreeItem* parentItem_ = nullptr;
-    std::unique_ptr<CPtrArray> children_; // Made at the first child; a track has none.
-    mutable std::int32_t hint_ = 0;       // About where it stands among its siblings.
+    std::unique_ptr<Children> children_; // Made at the first child; a track has none.
+    mutable std::int32_t hint_ = 0;      // About where it stands among its siblings.
     bool isGroup_ = false;
     bool expanded_ = false;
     bool touched_ = false;
+    bool marked_ = false; // For the length of RemoveTreeItems.
 };
 
 } // namespace kivo::ui

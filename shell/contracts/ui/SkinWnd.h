@@ -40,7 +40,9 @@ public:
                CWnd* parent,
                int id);
 
+    bool CreateHandle() override;  // With the peer; without one it fails.
     void DestroyWindow() override; // The peer goes too.
+    [[nodiscard]] CSkinForm* GetOwnerForm() override;
     void ShowWindow(int command) override;
     void MoveWindow(const Rect& bounds) override;
     [[nodiscard]] bool IsWindowVisible() const override;
