@@ -1,0 +1,202 @@
+#include "player/MediaPlayerManager.h"
+
+#include "player/IMediaPlayer.h"
+#include "player/PlayerState.h"
+#include "player/SetURLTask.h"
+#include "shell/contracts/base/Released.h"
+#include "tests/support/ScriptedControl.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace kivo::test {
+
+namespace {
+
+using tunehive::CMediaPlayerManager;
+using tunehive::CSetURLTask;
+using tunehive::IMediaPlayer;
+using tunehive::ITuneHive_AsyncCallbackParam;
+using tunehive::ITuneHive_PlayerState;
+using tunehive::PlayerStateListener;
+
+class Listener {
+public:
+    void OnState(ITuneHive_AsyncCallbackParam* param)
+    {
+        const Released<ITuneHive_PlayerState> state(static_cast<ITuneHive_PlayerState*>(param));
+        states.push_back(state->state);
+        params.push_back(param);
+        if (leaves != nullptr)
+            CMediaPlayerManager::GetInstance().RemoveListener(leaves->GetDelegate());
+        if (ends)
+            CMediaPlayerManager::GetInstance().Destroy();
+    }
+    [[nodiscard]] PlayerStateListener GetDelegate() { return {this, &Listener::OnState}; }
+
+    std::vector<int> states;
+    std::vector<void*> params;
+    Listener* leaves = nullptr;
+    bool ends = false;
+};
+
+class ManagerTest : public testing::Test {
+protected:
+    ~ManagerTest() override
+    {
+        if (CMediaPlayerManager* const left = CMediaPlayerManager::FindInstance())
+            left->Destroy();
+    }
+
+    ScriptedControl control;
+    ScriptedSurface surface;
+    CMediaPlayerManager* manager = &CMediaPlayerManager::GetInstance();
+};
+
+TEST_F(ManagerTest, TheOneInstanceEndsWithDestroyAndComesAnew)
+{
+    EXPECT_EQ(&CMediaPlayerManager::GetInstance(), manager);
+    manager->RegisterPlayers();
+    ASSERT_NE(manager->GetPlayer(u"/a.mp3"), nullptr);
+    manager->Destroy();
+    EXPECT_EQ(control.liveCount, 0);
+    EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr);
+    EXPECT_EQ(CMediaPlayerManager::GetInstance().GetPlayer(u""), nullptr);
+}
+
+TEST_F(ManagerTest, TheFirstUrlMakesTheControlInTheParent)
+{
+    CWnd parent;
+    manager->RegisterPlayers();
+    manager->SetParentWnd(&parent);
+    EXPECT_EQ(manager->GetPlayer(u""), nullptr);
+    EXPECT_EQ(control.madeCount, 0);
+    IMediaPlayer* const player = manager->GetPlayer(u"/a.mp3");
+    ASSERT_NE(player, nullptr);
+    EXPECT_EQ(surface.parent, &parent);
+    EXPECT_EQ(manager->GetPlayer(u""), player);
+    EXPECT_EQ(manager->GetPlayer(u"/b.mp3"), player);
+    EXPECT_EQ(control.madeCount, 1);
+}
+
+TEST_F(ManagerTest, ATakenPlayerIsShownInTheStoredBounds)
+{
+    manager->RegisterPlayers();
+    manager->SetBounds(5, 6, 105, 56);
+    static_cast<void>(manager->GetPlayer(u"/a.mp3"));
+    EXPECT_TRUE(surface.visible);
+    EXPECT_EQ(surface.bounds, (Rect{0, 0, 100, 50}));
+    manager->SetBounds(0, 0, 20, 10);
+    EXPECT_EQ(surface.bounds, (Rect{0, 0, 20, 10}));
+}
+
+TEST_F(ManagerTest, WithoutAnEngineThereIsNoPlayer)
+{
+    manager->RegisterPlayers();
+    control.canBeMade = false;
+    EXPECT_EQ(manager->GetPlayer(u"/a.mp3"), nullptr);
+    EXPECT_EQ(manager->GetPlayer(u""), nullptr);
+    control.canBeMade = true;
+    EXPECT_NE(manager->GetPlayer(u"/a.mp3"), nullptr);
+}
+
+TEST_F(ManagerTest, WithoutPlayersThereIsNone)
+{
+    EXPECT_EQ(manager->GetPlayer(u"/a.mp3"), nullptr);
+}
+
+TEST_F(ManagerTest, ListenersHearInOrderEachWithAStateOfItsOwn)
+{
+    Listener first;
+    Listener second;
+    manager->AddListener(first.GetDelegate());
+    manager->AddListener(second.GetDelegate());
+    manager->AddListener(first.GetDelegate());
+    manager->AddListener({});
+    manager->NotifyState(9);
+    EXPECT_EQ(first.states, std::vector<int>{9});
+    EXPECT_EQ(second.states, std::vector<int>{9});
+    manager->RemoveListener(first.GetDelegate());
+    manager->RemoveListener(first.GetDelegate());
+    manager->NotifyState(3);
+    EXPECT_EQ(first.states.size(), 1U);
+    EXPECT_EQ(second.states, (std::vector<int>{9, 3}));
+}
+
+TEST_F(ManagerTest, AListenerThatIsTakenOffMeanwhileIsNotCalled)
+{
+    Listener first;
+    Listener second;
+    first.leaves = &second;
+    manager->AddListener(first.GetDelegate());
+    manager->AddListener(second.GetDelegate());
+    manager->NotifyState(8);
+    EXPECT_EQ(first.states.size(), 1U);
+    EXPECT_TRUE(second.states.empty());
+}
+
+TEST_F(ManagerTest, TheManagerMayEndInsideAListener)
+{
+    Listener first;
+    Listener second;
+    first.ends = true;
+    manager->AddListener(first.GetDelegate());
+    manager->AddListener(second.GetDelegate());
+    manager->NotifyState(8);
+    EXPECT_TRUE(second.states.empty());
+    EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr);
+}
+
+TEST_F(ManagerTest, AStateOfTheControlReachesTheListeners)
+{
+    Listener listener;
+    manager->AddListener(listener.GetDelegate());
+    manager->RegisterPlayers();
+    static_cast<void>(manager->GetPlayer(u"/a.mp3"));
+    control.Emit(9);
+    control.Emit(7);
+    EXPECT_EQ(listener.states, (std::vector<int>{9, 7}));
+}
+
+// The task as the host runs it.
+void RunTask(ISDKEvent* task)
+{
+    const Released<ISDKEvent> owner(task);
+    owner->Execute();
+}
+
+TEST_F(ManagerTest, ATaskSetsItsUrlWithItsFlag)
+{
+    manager->RegisterPlayers();
+    RunTask(new CSetURLTask(u"/a.mp3", /*autoplay=*/0));
+    EXPECT_EQ(control.CountCalls("SetAutoStart"), 1);
+    EXPECT_EQ(control.GetLastCall(), "SetURL /a.mp3");
+}
+
+TEST_F(ManagerTest, ATaskWithoutAPlayerDoesNothing)
+{
+    RunTask(new CSetURLTask(u"/a.mp3", /*autoplay=*/1));
+    manager->Destroy();
+    RunTask(new CSetURLTask(u"/a.mp3", /*autoplay=*/1));
+    EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr) << "Made in order to be asked.";
+    EXPECT_EQ(control.madeCount, 0);
+}
+
+TEST_F(ManagerTest, ATaskThatWasOvertakenDoesNothing)
+{
+    manager->RegisterPlayers();
+    IMediaPlayer* const player = manager->GetPlayer(u"/a.mp3");
+    auto* const chosenBeforeASet = new CSetURLTask(u"/b.mp3", /*autoplay=*/1);
+    player->SetURL(u"/pressed.mp3", /*autoplay=*/1);
+    RunTask(chosenBeforeASet);
+    EXPECT_EQ(control.GetLastCall(), "SetURL /pressed.mp3");
+    auto* const chosenBeforeAStop = new CSetURLTask(u"/b.mp3", /*autoplay=*/1);
+    player->Stop();
+    RunTask(chosenBeforeAStop);
+    EXPECT_EQ(control.GetLastCall(), "Stop");
+}
+
+} // namespace
+
+} // namespace kivo::test
