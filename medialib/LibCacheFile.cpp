@@ -95,11 +95,12 @@ void CLibCacheFile::Take(const TiXmlElement& element, bool isUtf8)
 
 void CLibCacheFile::Replace(CPackedEntry entry)
 {
-    auto node = entries_.extract(entries_.find(entry.GetKey()));
-    if (node.empty()) {
+    const auto old = entries_.find(entry.GetKey());
+    if (old == entries_.end()) {
         entries_.insert(std::move(entry));
         return;
     }
+    auto node = entries_.extract(old);
     node.value() = std::move(entry);
     entries_.insert(std::move(node));
 }

@@ -1,0 +1,177 @@
+#include "medialib/LibCache.h"
+
+#include "medialib/IMediaLibManager.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace kivo::tunehive {
+namespace {
+
+const std::string kLocal = "{9B912E53-6318-4ac6-8C10-01D0357FFA48}.mlib";
+const std::string kUrls = "{20AC30B6-3643-4adf-A87A-D67E1A12B000}.mlib";
+const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+
+class LibCache : public testing::Test {
+protected:
+    test::TempFolder folder_;
+    CLibCache cache_;
+    MediaInfo info_;
+};
+
+TEST_F(LibCache, BeforeAndAfterItsTimeItKnowsNothing)
+{
+    EXPECT_FALSE(cache_.SetMediaInfo(u"/a", {}));
+    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
+    cache_.Uninitialize();
+    cache_.Initialize(folder_.GetPath());
+    EXPECT_TRUE(cache_.SetMediaInfo(u"/a", {}));
+    EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
+    cache_.Uninitialize();
+    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_FALSE(cache_.SetMediaInfo(u"/a", {}));
+}
+
+TEST_F(LibCache, AFirstRunMakesExactlyTheFilesThatWereMergedInto)
+{
+    const String lib = folder_.GetPath("lib") + u"/";
+    cache_.Initialize(lib);
+    cache_.Uninitialize();
+    EXPECT_TRUE(folder_.Has("lib"));
+    EXPECT_TRUE(folder_.List().empty());
+
+    cache_.Initialize(lib);
+    cache_.SetMediaInfo(u"http://host/stream",
+                        {
+                            {0, u"S"}
+    });
+    EXPECT_TRUE(folder_.List().empty()) << "nothing is saved before the end";
+    cache_.Uninitialize();
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{"lib/" + kUrls});
+}
+
+TEST_F(LibCache, LocalPathsAndUrlsHaveAFileEach)
+{
+    cache_.Initialize(folder_.GetPath());
+    cache_.SetMediaInfo(u"/a.mp3", {});
+    cache_.SetMediaInfo(u"c://b.mp3", {}); // One letter is a drive.
+    cache_.SetMediaInfo(u"mms://host/c", {});
+    cache_.Uninitialize();
+    EXPECT_EQ(folder_.Read(kLocal),
+              kHead + "<Caches>\n    <Cache id=\"/a.mp3\" />\n    <Cache id=\"c://b.mp3\" />\n"
+                      "</Caches>\n");
+    EXPECT_EQ(folder_.Read(kUrls),
+              kHead + "<Caches>\n    <Cache id=\"mms://host/c\" />\n</Caches>\n");
+}
+
+TEST_F(LibCache, AMissLeavesTheRecordAlone)
+{
+    cache_.Initialize(folder_.GetPath());
+    info_ = {
+        {0, u"old"}
+    };
+    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_EQ(info_,
+              (MediaInfo{
+                  {0, u"old"}
+    }));
+    cache_.SetMediaInfo(u"/a",
+                        {
+                            {1, u"A"}
+    });
+    EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_EQ(info_,
+              (MediaInfo{
+                  {1, u"A"}
+    }))
+        << "replaced whole";
+}
+
+TEST_F(LibCache, EntriesOutliveARun)
+{
+    cache_.Initialize(folder_.GetPath());
+    cache_.SetMediaInfo(u"/gone.mp3",
+                        {
+                            {0, u"T"}
+    });
+    cache_.Uninitialize();
+    CLibCache next;
+    next.Initialize(folder_.GetPath());
+    EXPECT_TRUE(next.GetMediaInfo(u"/gone.mp3", info_));
+    EXPECT_EQ(info_,
+              (MediaInfo{
+                  {0, u"T"}
+    }));
+}
+
+TEST_F(LibCache, ASecondInitializeChangesNothing)
+{
+    cache_.Initialize(folder_.GetPath());
+    cache_.SetMediaInfo(u"/a", {});
+    cache_.Initialize(folder_.GetPath("elsewhere") + u"/");
+    EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_FALSE(folder_.Has("elsewhere"));
+}
+
+TEST_F(LibCache, AThirdFileIsReadButNeverAskedOrRewritten)
+{
+    const std::string text = "<?xml version='1.0'?><Caches><Cache id='/a' title='T'/></Caches>";
+    folder_.Write("third.mlib", text);
+    folder_.Write("old.mlib", "<Caches><Cache id='/a' title='T'/></Caches>");
+    folder_.Write(".mlib", "<Caches><Cache id='/b' title='T'/></Caches>");
+    folder_.Write("folder.mlib/x", "");
+    cache_.Initialize(folder_.GetPath());
+    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_EQ(folder_.Read("third.mlib"), text);
+    EXPECT_TRUE(folder_.Has("old.mlib.older")) << "it was read, and its older form replaced";
+    EXPECT_TRUE(folder_.Has(".mlib")) << "no stem, not read";
+    cache_.Uninitialize();
+    EXPECT_EQ(folder_.Read("third.mlib"), text);
+    EXPECT_EQ(folder_.Read("old.mlib"),
+              kHead + "<Caches>\n    <Cache id=\"/a\" title=\"T\" />\n</Caches>\n");
+    EXPECT_FALSE(folder_.Has("old.mlib.older"));
+}
+
+// A run that ended between the set-aside and the save.
+TEST_F(LibCache, AnOlderFormLeftAsideIsTakenBack)
+{
+    folder_.Write(kLocal + ".older", "<Caches><Cache id='/a' title='T'/></Caches>");
+    cache_.Initialize(folder_.GetPath());
+    EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
+    cache_.Uninitialize();
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{kLocal});
+}
+
+TEST_F(LibCache, ADamagedFileLosesNoOther)
+{
+    folder_.Write(kLocal, "<Caches><Cache id='/a' ");
+    folder_.Write(kUrls, kHead + "<Caches><Cache id='http://a' title='T'/></Caches>");
+    cache_.Initialize(folder_.GetPath());
+    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
+    EXPECT_TRUE(cache_.GetMediaInfo(u"http://a", info_));
+    cache_.SetMediaInfo(u"/b", {});
+    cache_.Uninitialize();
+    EXPECT_TRUE(folder_.Has(kLocal + ".broken-1"));
+}
+
+TEST_F(LibCache, ALookBehindTheLoadIsAHitOrAMiss)
+{
+    cache_.Initialize(folder_.GetPath());
+    cache_.WaitUntilLoaded();
+    EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Miss);
+    cache_.SetMediaInfo(u"/a",
+                        {
+                            {0, u"T"}
+    });
+    EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Hit);
+    EXPECT_EQ(info_,
+              (MediaInfo{
+                  {0, u"T"}
+    }));
+}
+
+} // namespace
+} // namespace kivo::tunehive
