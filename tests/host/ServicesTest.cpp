@@ -1,0 +1,281 @@
+#include "host/Services.h"
+
+#include "host/HostSettings.h"
+#include "host/IMessages.h"
+#include "host/sign/LocalSignNetwork.h"
+#include "platform/base/PostQueue.h"
+#include "shell/contracts/base/IPluginWindowLayout.h"
+#include "shell/contracts/base/Property.h"
+#include "shell/contracts/common/Language.h"
+#include "tests/support/TempFolder.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace kivo::host {
+namespace {
+
+class PageList final : public IPluginWindowLayout {
+public:
+    void AddPluginPage(IPluginWindow* window) override { pages.push_back(window); }
+    void RemovePluginPage(IPluginWindow* window) override { std::erase(pages, window); }
+    [[nodiscard]] int IsPluginPageShown(IPluginWindow* /*window*/) override { return 0; }
+    void ShowPluginPage(IPluginWindow* /*window*/) override {}
+    void UpdatePluginPage(IPluginWindow* /*window*/) override {}
+
+    std::vector<IPluginWindow*> pages;
+};
+
+class Messages : public IMessages {
+public:
+    bool Show(MessageKind kind, const String& title, const String& text) override
+    {
+        last = title + u"|" + text;
+        lastKind = kind;
+        return answer;
+    }
+    String last;
+    MessageKind lastKind = MessageKind::Notice;
+    bool answer = false;
+};
+
+class OwnLine final : public ISignNetworkListener {
+public:
+    void OnState(const SignState& state) override { ownId = state.ownId; }
+    void OnContact(const SignContact& /*contact*/) override {}
+    void OnContactGone(const String& /*id*/) override {}
+    void OnContactAsks(const String& /*id*/) override {}
+    void OnSign(const String& /*id*/,
+                const String& kind,
+                const String& title,
+                const Property& /*sign*/) override
+    {
+        shown = kind + u":" + title;
+    }
+    void OnSignGone(const String& /*id*/) override { shown = u""; }
+    String ownId;
+    String shown;
+};
+
+// The library as a plug-in sees it, with the program's own objects behind it.
+class ServicesTest : public testing::Test {
+protected:
+    ServicesTest()
+        : library_(dlopen(KIVO_EXPORT_LIBRARY, RTLD_NOW | RTLD_LOCAL))
+    {
+        signs_.SetListener(&line_);
+        Start();
+    }
+    ServicesTest(const ServicesTest&) = delete;
+    ServicesTest& operator=(const ServicesTest&) = delete;
+    ~ServicesTest() override { dlclose(library_); }
+
+    void Start()
+    {
+        services_.emplace(Services::Parts{settings_, signs_, messages_, pages_}, folder_.GetPath());
+    }
+
+    template <class Result = int, class... Args>
+    Result Call(const char* name, Args... args)
+    {
+        auto* const function = reinterpret_cast<Result (*)(Args...)>(dlsym(library_, name));
+        EXPECT_NE(function, nullptr) << name;
+        return function(args...);
+    }
+    int SetSign(const String& title, const String& url = u"/a.mp3")
+    {
+        Property sign;
+        sign.SetText(0, url);
+        const String kind = u"music";
+        return Call<int, IPlugin*, const String*, const String*, const Property*>(
+            "_KivoAPI_PluginSetStateSign", plugin_, &kind, &title, &sign);
+    }
+    void OnSetting(const String& key, int /*a*/, int /*b*/, int /*c*/)
+    {
+        heard_ += key + u"=" + (services_->IsMediaStateShown() ? u"on" : u"off");
+        heard_ += u"," + line_.shown + u";";
+    }
+    void Watch(void* watcher)
+    {
+        const SettingDelegate delegate(this, &ServicesTest::OnSetting);
+        const String key = kSignSetting;
+        const String filter = u"*";
+        EXPECT_NE((Call<int, void*, const SettingDelegate*, const String*, const String*, int>(
+                      "_KivoAPI_Watch", watcher, &delegate, &key, &filter, -1)),
+                  0);
+    }
+
+    void* library_;
+    test::TempFolder folder_;
+    HostSettings settings_{(folder_.GetNative() / "host.ini").native()};
+    LocalSignNetwork signs_{u"ann"};
+    OwnLine line_;
+    Messages messages_;
+    PageList pages_;
+    std::optional<Services> services_;
+    IPlugin* const plugin_ = reinterpret_cast<IPlugin*>(this); // Only its address counts.
+    String heard_;
+};
+
+TEST_F(ServicesTest, WithoutAProgramEachFunctionGivesZero)
+{
+    services_.reset();
+    String text = u"untouched";
+    auto* const window = reinterpret_cast<IPluginWindow*>(this);
+    EXPECT_EQ((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", window)), 0);
+    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyDir", &text)), 0);
+    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyUid", &text)), 0);
+    EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
+    EXPECT_EQ(SetSign(u"t"), 0);
+    EXPECT_EQ(text, u"untouched");
+}
+
+TEST_F(ServicesTest, NothingGivenIsZero)
+{
+    EXPECT_EQ((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", nullptr)), 0);
+    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyDir", nullptr)), 0);
+    EXPECT_EQ((Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", nullptr)), 0);
+    EXPECT_EQ((Call<int, ISDKEvent*>("_KivoAPI_PostSDKEvent", nullptr)), 0);
+    EXPECT_TRUE(pages_.pages.empty());
+}
+
+TEST_F(ServicesTest, TellsUserAndFolder)
+{
+    String uid;
+    String directory;
+    EXPECT_NE((Call<int, String*>("_KivoAPI_GetMyUid", &uid)), 0);
+    EXPECT_NE((Call<int, String*>("_KivoAPI_GetMyDir", &directory)), 0);
+    EXPECT_EQ(uid, u"ann");
+    EXPECT_EQ(directory, folder_.GetPath());
+}
+
+TEST_F(ServicesTest, PagesComeAndGo)
+{
+    auto* const window = reinterpret_cast<IPluginWindow*>(this);
+    EXPECT_NE((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", window)), 0);
+    EXPECT_EQ(pages_.pages.size(), 1U);
+    Call<int, IPluginWindow*>("_KivoAPI_UnregisterPluginWindow", window);
+    EXPECT_TRUE(pages_.pages.empty());
+}
+
+TEST_F(ServicesTest, ASignShowsOnTheOwnLineUntilItIsRemoved)
+{
+    EXPECT_NE(SetSign(u"Tune"), 0);
+    EXPECT_EQ(line_.shown, u"music:Tune");
+    SetSign(u"", u"");
+    EXPECT_EQ(line_.shown, u"music:Tune"); // One that says nothing doesn't go out.
+    Call<int, IPlugin*>("_KivoAPI_PluginRemoveStateSign", reinterpret_cast<IPlugin*>(&line_));
+    EXPECT_EQ(line_.shown, u"music:Tune"); // Somebody else's.
+    Call<int, IPlugin*>("_KivoAPI_PluginRemoveStateSign", plugin_);
+    EXPECT_EQ(line_.shown, u"");
+}
+
+TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
+{
+    Watch(&heard_);
+    Watch(&heard_); // Once is enough.
+    SetSign(u"Tune");
+    services_->ShowMediaState(false);
+    services_->ShowMediaState(false);
+    EXPECT_EQ(heard_, u"usign_setting=off,;");
+    EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
+    SetSign(u"Tune");
+    EXPECT_EQ(line_.shown, u"");
+
+    heard_.clear();
+    Call<int, void*>("_KivoAPI_Revoke", &heard_);
+    services_->ShowMediaState(true);
+    EXPECT_EQ(heard_, u"");
+    EXPECT_NE(Call("_KivoAPI_IsShowMediaState"), 0);
+}
+
+TEST_F(ServicesTest, TheSwitchOutlivesTheRun)
+{
+    services_->ShowMediaState(false);
+    EXPECT_TRUE(settings_.Save());
+    settings_ = HostSettings((folder_.GetNative() / "host.ini").native());
+    Start();
+    EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
+}
+
+struct BoxCase {
+    int code;
+    int style;
+    bool answer;
+    MessageKind kind;
+    int result;
+};
+
+TEST_F(ServicesTest, BoxesAskAndTell)
+{
+    const BoxCase cases[] = {
+        {41, 1, true,  MessageKind::Notice,   1},
+        {42, 2, true,  MessageKind::Question, 1},
+        {42, 2, false, MessageKind::Question, 0},
+        {43, 1, true,  MessageKind::Error,    1},
+        {43, 2, false, MessageKind::Question, 0},
+    };
+    const String title = u"Title";
+    const String text = u"<b>Text</b> %s";
+    for (const BoxCase& row : cases) {
+        SCOPED_TRACE(row.code);
+        messages_.answer = row.answer;
+        int result = -1;
+        Call<void, int, const String*, const String*, int, int*, int>(
+            "_ShowMsgBox", row.code, &title, &text, row.style, &result, 0);
+        EXPECT_EQ(result, row.result);
+        EXPECT_EQ(messages_.lastKind, row.kind);
+        EXPECT_EQ(messages_.last, u"Title|<b>Text</b> %s");
+    }
+    Call<void, int, const String*, const String*, int, int*, int>(
+        "_ShowMsgBox", 41, &title, &text, 1, nullptr, 0);
+}
+
+TEST_F(ServicesTest, TextsComeFromTheTables)
+{
+    common::CMutiLanSupport::GetInstance()->AddText(u"STRID_HELLO", u"Hello");
+    const String id = u"STRID_HELLO ";
+    String text;
+    Call<void, const String*, String*>("_GetStringViaID", &id, &text);
+    EXPECT_EQ(text, u"Hello");
+}
+
+TEST_F(ServicesTest, UsesAreCountedForGood)
+{
+    const int tag = 2103;
+    EXPECT_NE((Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", &tag)), 0);
+    Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", &tag);
+    EXPECT_EQ(settings_.GetNumber("use.2103", 0), 2);
+}
+
+class CountedEvent final : public ISDKEvent {
+public:
+    explicit CountedEvent(String& log)
+        : log_(log)
+    {
+    }
+    void Execute() override { log_ += u"run "; }
+    void Release() override
+    {
+        log_ += u"freed ";
+        delete this;
+    }
+
+private:
+    ~CountedEvent() = default;
+    String& log_;
+};
+
+TEST_F(ServicesTest, APostedEventRunsFromTheQueueAndIsFreed)
+{
+    String log;
+    Call<int, ISDKEvent*>("_KivoAPI_PostSDKEvent", new CountedEvent(log));
+    EXPECT_EQ(log, u"");
+    PostQueue::Get().RunPending();
+    EXPECT_EQ(log, u"run freed ");
+}
+
+} // namespace
+} // namespace kivo::host
