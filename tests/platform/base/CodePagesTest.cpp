@@ -83,7 +83,7 @@ constexpr PageCase kPages[] = {
     {10017, "\x80\x9F\xC0"sv,                             u"\u0410\u042F\u0458"sv            },
     {10021, "\xCA\xC7\xD1"sv,                             u"\u0E2A\u0E27\u0E31"sv            },
     {10029, "\xB8\xFB"sv,                                 u"\u0142\u017B"sv                  },
-    {10079, "\xDD\xDE"sv,                                 u"\u00F0\u00DE"sv                  },
+    {10079, "\xDE\xDF"sv,                                 u"\u00DE\u00FE"sv                  },
     {10081, "\xDB\xDC"sv,                                 u"\u011F\u0130"sv                  },
     {12000, "\xC4\x00\x00\x00\x1E\xD1\x01\x00"sv,         u"\u00C4\U0001D11E"sv              },
     {12001, "\x00\x00\x00\xC4\x00\x01\xD1\x1E"sv,         u"\u00C4\U0001D11E"sv              },
