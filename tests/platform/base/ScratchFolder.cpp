@@ -76,10 +76,10 @@ std::string ScratchFolder::Read(std::string_view name) const
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::vector<std::string> ScratchFolder::List() const
+std::vector<std::string> ScratchFolder::List(std::string_view name) const
 {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_))
+    for (const auto& entry : std::filesystem::directory_iterator(Native(name)))
         names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;

@@ -25,7 +25,8 @@ public:
     void Link(std::string_view target, std::string_view name) const; // The target as it is given.
 
     [[nodiscard]] std::string Read(std::string_view name) const;
-    [[nodiscard]] std::vector<std::string> List() const; // Names in it, sorted, hidden ones too.
+    // The names in it or in a folder of it, sorted, hidden ones too.
+    [[nodiscard]] std::vector<std::string> List(std::string_view name = "") const;
 
 private:
     std::string path_; // Ends in a separator.

@@ -1,0 +1,96 @@
+#include "shell/contracts/framework/Files.h"
+#include "tests/platform/base/ScratchFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <ctime>
+
+namespace kivo {
+namespace {
+
+using test::ScratchFolder;
+using Names = std::vector<std::string>;
+
+TEST(KeepAside, TakesTheFirstFreeNumberAndReplacesNothing)
+{
+    const ScratchFolder folder;
+    folder.Write("lib.mlib", "third");
+    folder.Write("lib.mlib.broken-1", "first");
+    folder.Link("nowhere", "lib.mlib.broken-2");
+    EXPECT_EQ(KeepAside(folder.Path("lib.mlib")), 1);
+    EXPECT_EQ(folder.List(),
+              (Names{"lib.mlib.broken-1", "lib.mlib.broken-2", "lib.mlib.broken-3"}));
+    EXPECT_EQ(folder.Read("lib.mlib.broken-1"), "first");
+    EXPECT_EQ(folder.Read("lib.mlib.broken-3"), "third");
+    EXPECT_EQ(KeepAside(folder.Path("lib.mlib")), 1); // Nothing stands there: it is free.
+    EXPECT_EQ(KeepAside(folder.Path("missing/lib.mlib")), 1);
+    EXPECT_EQ(folder.List().size(), 3U);
+}
+
+TEST(OlderFiles, OneFormIsAlwaysThere)
+{
+    const ScratchFolder folder;
+    folder.Write("a.kvm", "older form");
+    EXPECT_EQ(SetOlderAside(folder.Path("a.kvm")), 1);
+    EXPECT_EQ(folder.List(), Names{"a.kvm.older"});
+    EXPECT_EQ(SetOlderAside(folder.Path("a.kvm")), 0);
+    RestoreOlder(folder.Path()); // The start after a crash before the save,
+    EXPECT_EQ(folder.Read("a.kvm"), "older form");
+    EXPECT_EQ(folder.List(), Names{"a.kvm"});
+
+    EXPECT_EQ(SetOlderAside(folder.Path("a.kvm")), 1);
+    folder.Write("a.kvm", "new form");
+    RestoreOlder(folder.Path()); // after one between the save and the drop,
+    EXPECT_EQ(folder.Read("a.kvm"), "new form");
+    EXPECT_EQ(folder.List(), Names{"a.kvm"});
+
+    folder.Write("a.kvm.older", "older form");
+    DropOlder(folder.Path("a.kvm")); // and the orderly end of a save.
+    DropOlder(folder.Path("a.kvm"));
+    EXPECT_EQ(folder.List(), Names{"a.kvm"});
+}
+
+TEST(OlderFiles, RestoringTouchesNothingElse)
+{
+    const ScratchFolder folder;
+    folder.MakeFolder("folder.older");
+    folder.Write(".older", "x");
+    folder.Write("a.olderx", "x");
+    folder.MakeFifo("fifo.older");
+    const Names before = folder.List();
+    RestoreOlder(folder.Path());
+    RestoreOlder(folder.Path("missing/"));
+    EXPECT_EQ(folder.List(), before);
+}
+
+TEST(OlderFiles, LeftoversOfTheWriterGoAfterADay)
+{
+    const ScratchFolder folder;
+    constexpr std::time_t kDay = 24 * 60 * 60;
+    struct Row {
+        const char* name;
+        std::time_t age;
+    };
+    constexpr Row kRows[] = {
+        {".config.xml.aB3xYz", kDay + 60},
+        {".config.xml.fresh1", kDay - 60},
+        {".notes.backup",      kDay + 60},
+        {"config.xml",         kDay + 60},
+    };
+    for (const Row& row : kRows) {
+        folder.Write(row.name, "x");
+        const std::time_t when = std::time(nullptr) - row.age;
+        const timespec times[] = {
+            {when, 0},
+            {when, 0}
+        };
+        ASSERT_EQ(utimensat(AT_FDCWD, folder.Native(row.name).c_str(), times, 0), 0);
+    }
+    RestoreOlder(folder.Path());
+    EXPECT_EQ(folder.List(), (Names{".config.xml.fresh1", ".notes.backup", "config.xml"}));
+}
+
+} // namespace
+} // namespace kivo
