@@ -137,7 +137,7 @@ String MediaResGroup::InsertItem(const MediaInfo& item, bool isForced)
     const String path = GetInfoText(item, kItemPath);
     if ((IsEditable() == 0 && !isForced) || path.empty())
         return {};
-    const String sid = idGenerator_.Next();
+    String sid = idGenerator_.Next();
     const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
     // SIDs come in ascending order.
     Item& stored = items_.emplace_hint(items_.end(), track, Item())->second;

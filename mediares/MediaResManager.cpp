@@ -107,7 +107,7 @@ String MediaResManager::CreateGroup(const String& name)
 {
     if (names_.IsNameValid(name) == 0)
         return {};
-    const String id = String(kUserGroup) + idGenerator_.Next();
+    String id = String(kUserGroup) + idGenerator_.Next();
     if (names_.SetName(id, name) == 0)
         return {};
     const String path = folder_ + GroupFileName(id);

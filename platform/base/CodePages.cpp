@@ -190,6 +190,7 @@ public:
     }
     [[nodiscard]] bool IsOpen() const
     {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv_open's failure is (iconv_t)-1.
         return handle_ != reinterpret_cast<iconv_t>(std::intptr_t{-1});
     }
     [[nodiscard]] iconv_t Get() const { return handle_; }

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 namespace kivo {
 namespace {
@@ -42,7 +43,9 @@ std::optional<std::string> FollowLinks(std::string path)
         if (length < 0)
             return path;
         target.resize(static_cast<std::size_t>(length));
-        path = target.starts_with('/') ? target : FolderOf(path) + target;
+        if (!target.starts_with('/'))
+            target.insert(0, FolderOf(path));
+        path = std::move(target);
     }
     return std::nullopt;
 }

@@ -15,9 +15,10 @@ constexpr unsigned kTimerMessage = 0x0113;
 
 std::int64_t SystemClock()
 {
-    using namespace std::chrono;
+    using std::chrono::steady_clock;
     static const auto start = steady_clock::now();
-    return duration_cast<milliseconds>(steady_clock::now() - start).count();
+    const auto passed = steady_clock::now() - start;
+    return std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
 }
 
 struct Timer {

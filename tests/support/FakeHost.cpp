@@ -230,7 +230,7 @@ std::size_t FakeHost::CountPosted()
     return posted_.size();
 }
 
-void FakeHost::ChangeSetting(const String& key)
+void FakeHost::ChangeSetting(const String& key) const
 {
     const std::vector<Watch> all = watches;
     for (const Watch& watch : all)

@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::size_t CountPosted();
 
     // Runs the delegates that watch the key, as after a change of that setting.
-    void ChangeSetting(const String& key);
+    void ChangeSetting(const String& key) const;
 
     // How often a service was called. `name` is the function's.
     [[nodiscard]] std::size_t CountCalls(const std::string& name) const;

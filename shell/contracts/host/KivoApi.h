@@ -34,8 +34,8 @@ int _KivoAPI_GetMyUid(String* uid); // The own user id.
 int _KivoAPI_GetMyDir(
     String* directory); // Non-zero: the user's data directory, ending in a separator.
 
-// Gives the event away; the host runs and frees it on the user-interface thread. Without the library
-// it is freed at once, unrun. Thread: any.
+// Gives the event away; the host runs and frees it on the user-interface thread. Without the
+// library it is freed at once, unrun. Thread: any.
 int _KivoAPI_PostSDKEvent(ISDKEvent* event);
 
 // The delegate runs when the setting of that key changes, until Revoke. `watcher` is only a name
