@@ -1,0 +1,308 @@
+#include "platform/ui/NullPeers.h"
+#include "tests/platform/ui/Rows.h"
+
+#include <gtest/gtest.h>
+
+namespace kivo::ui {
+namespace {
+
+using Ids = std::vector<String>;
+
+class Tree : public testing::Test {
+protected:
+    ~Tree() override { GetNullPeerFactory().ClearScripts(); }
+
+    [[nodiscard]] std::vector<HeardEvent> TakeHeard() { return std::exchange(tree_.heard, {}); }
+
+    TestTree tree_;
+    TestRow* a_ = tree_.AddGroup(u"A", {u"a1", u"a2", u"a3"});
+    TestRow* b_ = tree_.AddGroup(u"B", {u"b1", u"b2"}, /*expanded=*/false);
+    TestRow* c_ = tree_.AddGroup(u"C", {u"c1"});
+};
+
+TEST_F(Tree, RowsAreLocatedAndFoundByTheirPlaceOnScreen)
+{
+    EXPECT_EQ(tree_.Shown(), (Ids{u"A", u"a1", u"a2", u"a3", u"B", u"C", u"c1"}));
+    EXPECT_EQ(tree_.GetRowCount(), 7);
+    for (int place = 0; place < 7; ++place)
+        EXPECT_EQ(tree_.LocateRow(tree_.GetRowAt(place)), place);
+    EXPECT_EQ(tree_.GetRowAt(7), nullptr);
+    EXPECT_EQ(tree_.GetRowAt(-1), nullptr);
+    EXPECT_EQ(tree_.LocateRow(b_->GetChild(0)), -1);
+    EXPECT_EQ(tree_.LocateRow(tree_.GetRoot()), -1);
+    EXPECT_EQ(tree_.LocateRow(nullptr), -1);
+    CPtrArray rows;
+    tree_.GetAllSubControls(rows);
+    // The rows of a group begin two behind its place: the root stands in front.
+    EXPECT_EQ(rows[0], tree_.GetRoot());
+    EXPECT_EQ(rows[static_cast<std::size_t>(tree_.LocateRow(a_) + 2)], a_->GetChild(0));
+}
+
+TEST_F(Tree, AFoldTakesSelectionAndCurrentRowOutOfTheDark)
+{
+    a_->GetChild(1)->SetSelected(1);
+    c_->GetChild(0)->SetSelected(1);
+    tree_.SetCurrentRow(a_->GetChild(1));
+    tree_.OnFoldReported(a_, /*expanded=*/false);
+    EXPECT_EQ(tree_.Selected(), Ids{u"c1"});
+    EXPECT_EQ(tree_.GetCurrentRow(), a_);
+    EXPECT_EQ(tree_.GetRowCount(), 4);
+    EXPECT_EQ(TakeHeard().back(), (HeardEvent{u"A", -4, u"folded"}));
+    tree_.OnFoldReported(a_, /*expanded=*/false);
+    EXPECT_TRUE(TakeHeard().empty());
+}
+
+TEST_F(Tree, TheSelectionIsCountedAndGivenInScreenOrder)
+{
+    c_->GetChild(0)->SetSelected(1);
+    a_->GetChild(2)->SetSelected(1);
+    a_->GetChild(2)->SetSelected(1);
+    a_->SetSelected(1);
+    EXPECT_EQ(tree_.GetSelectedCount(), 3);
+    EXPECT_EQ(tree_.Selected(), (Ids{u"A", u"a3", u"c1"}));
+    EXPECT_FALSE(tree_.IsSelectedCannotMultiSelItem());
+    a_->SetMultiSelectable(0);
+    EXPECT_TRUE(tree_.IsSelectedCannotMultiSelItem());
+    tree_.RemoveTreeItem(a_);
+    EXPECT_EQ(tree_.GetSelectedCount(), 1);
+    tree_.ClearAllSelected();
+    EXPECT_EQ(tree_.GetSelectedCount(), 0);
+    tree_.SetCurrentRow(c_->GetChild(0));
+    tree_.SelectAll();
+    EXPECT_EQ(tree_.Selected(), Ids{u"c1"}); // Of the current row's kind, and shown.
+}
+
+TEST_F(Tree, RemovingManyFreesEachOnce)
+{
+    auto* a1 = a_->GetChild(0);
+    auto* a3 = a_->GetChild(2);
+    tree_.SetCurrentRow(a3);
+    tree_.SetAnchorRow(a1);
+    tree_.RemoveTreeItems({a3, nullptr, a1, a3, c_, c_->GetChild(0)});
+    EXPECT_EQ(tree_.Shown(), (Ids{u"A", u"a2", u"B"}));
+    EXPECT_EQ(tree_.GetCurrentRow(), nullptr);
+    EXPECT_EQ(tree_.GetAnchorRow(), nullptr);
+    tree_.RemoveTreeItem(nullptr);
+    tree_.RemoveTreeItem(tree_.GetRoot());
+    EXPECT_EQ(tree_.GetRowCount(), 3);
+}
+
+TEST_F(Tree, AClearReleasesTheRowsBeforeItEmptiesTheArray)
+{
+    a_->GetChild(1)->SetSelected(1);
+    tree_.BeginUpdate();
+    for (void* pointer : a_->GetChildren()) {
+        auto* row = static_cast<TestRow*>(pointer);
+        tree_.RemoveItem(tree_.LocateRow(row));
+        row->Release();
+    }
+    a_->GetChildren().clear();
+    tree_.EndUpdate(1);
+    EXPECT_EQ(tree_.Shown(), (Ids{u"A", u"B", u"C", u"c1"}));
+    EXPECT_EQ(tree_.LocateRow(c_), 2);
+    EXPECT_EQ(tree_.GetSelectedCount(), 0);
+    tree_.RemoveItem(-1);
+    tree_.RemoveItem(99);
+}
+
+TEST_F(Tree, AGroupSortsToItsPlaceBehindItsEquals)
+{
+    auto* late = tree_.AddGroup(u"AB", {});
+    late->Sort(&tree_, /*recursive=*/false);
+    EXPECT_EQ(tree_.Shown(), (Ids{u"A", u"a1", u"a2", u"a3", u"AB", u"B", u"C", u"c1"}));
+    late->SetObjectID(u"D");
+    late->Sort2(&tree_);
+    EXPECT_EQ(tree_.Shown().back(), u"D");
+    std::swap(a_->GetChildren()[0], a_->GetChildren()[2]);
+    a_->Sort(&tree_, /*recursive=*/true);
+    EXPECT_EQ(tree_.At(1)->GetID(), u"a1");
+    EXPECT_EQ(a_->IndexOf(tree_.At(2)), 1);
+}
+
+TEST_F(Tree, EnvisibleUnfoldsWhatIsAbove)
+{
+    tree_.Envisible(b_->GetChild(1));
+    EXPECT_TRUE(b_->IsExpanded());
+    EXPECT_EQ(tree_.LocateRow(b_->GetChild(1)), 6);
+}
+
+TEST_F(Tree, AnEditEndsWithTheTextThatWasTyped)
+{
+    struct Case {
+        const char* name;
+        int limit;
+        String typed;
+        bool committed;
+        String heard; // Empty: nothing.
+    };
+    const Case kCases[] = {
+        {"ACommit",           0, u"new",          true,  u"a1>new"},
+        {"EscapeIsNone",      0, u"new",          false, u""      },
+        {"UnchangedIsEscape", 0, u"a1",           true,  u""      },
+        {"EmptiedIsAChange",  0, u"",             true,  u"a1>"   },
+        {"CutToTheLimit",     3, u"abcdef",       true,  u"a1>abc"},
+        {"NeverHalfAPair",    3, u"ab\U0001F3B5", true,  u"a1>ab" },
+        {"NorAfterTheEditor", 9, u"ab\xD83C",     true,  u"a1>ab" },
+    };
+    for (const Case& row : kCases) {
+        SCOPED_TRACE(row.name);
+        static_cast<void>(TakeHeard());
+        tree_.SetEditLimitText(row.limit);
+        ASSERT_EQ(tree_.Edit(1, u"text", 1), 1);
+        EXPECT_EQ(tree_.GetEditedRow(), tree_.GetRowAt(1));
+        tree_.OnEditFinished(row.typed, row.committed);
+        EXPECT_EQ(tree_.GetEditedRow(), nullptr);
+        ASSERT_EQ(tree_.heard.size(), row.heard.empty() ? 0U : 1U);
+        if (!row.heard.empty()) {
+            EXPECT_TRUE(tree_.heard[0].text == row.heard);
+        }
+    }
+    EXPECT_EQ(tree_.Edit(1, u"length", 1), 0);
+    EXPECT_EQ(tree_.Edit(-1, u"text", 1), 0);
+    // The row goes while it is being edited.
+    ASSERT_EQ(tree_.Edit(1, u"text", 1), 1);
+    tree_.RemoveTreeItem(tree_.At(1));
+    tree_.OnEditFinished(u"late", /*committed=*/true);
+}
+
+TEST_F(Tree, KeysAndClicksReachTheCurrentRow)
+{
+    static_cast<void>(TakeHeard());
+    tree_.OnKey(ListKey::Delete); // No current row yet.
+    tree_.SetCurrentRow(tree_.GetRowAt(1));
+    tree_.OnKey(ListKey::Activate);
+    tree_.OnKey(ListKey::Delete);
+    tree_.OnKey(ListKey::Rename);
+    tree_.OnDoubleClick(tree_.GetRowAt(2));
+    tree_.OnDoubleClick(nullptr);
+    EXPECT_EQ(
+        TakeHeard(),
+        (std::vector<HeardEvent>{
+            {u"a1", 4024, u""      },
+            {u"a1", 4032, u""      },
+            {u"a1", -3,   u"rename"},
+            {u"a2", 515,  u""      }
+    }));
+    tree_.OnDoubleClick(a_); // The base folds a group.
+    EXPECT_FALSE(a_->IsExpanded());
+}
+
+TEST_F(Tree, AnEventMayDestroyItsRowOrTheWholeTree)
+{
+    tree_.onEvent = [this](TestRow& row, int /*event*/) { tree_.RemoveTreeItem(&row); };
+    tree_.SetCurrentRow(tree_.GetRowAt(1));
+    tree_.OnKey(ListKey::Delete);
+    EXPECT_EQ(tree_.Shown()[1], u"a2");
+    tree_.SetCanDrop(1);
+    EXPECT_FALSE(tree_.OnDragOver(tree_.At(1)));
+
+    auto* tree = new TestTree;
+    tree->AddGroup(u"G", {u"g"});
+    tree->onEvent = [tree](TestRow& /*row*/, int /*event*/) { tree->Release(); };
+    tree->OnFilesDropped(tree->At(1), CStringArray{u"/a.mp3"});
+}
+
+// Swallows a click that would extend the selection from a track to a group.
+class RuledTree : public TestTree {
+public:
+    void OnLButtonDown(unsigned flags, Point point) override
+    {
+        const auto* hit = static_cast<TestRow*>(HitTest(point));
+        const auto* anchor = static_cast<const TestRow*>(GetAnchorRow());
+        if (GetCurKeyState() == 2 && hit != nullptr && anchor != nullptr &&
+            hit->IsGroup() != anchor->IsGroup())
+            return;
+        CSkinTree::OnLButtonDown(flags, point);
+    }
+};
+
+TEST(TreePress, TheTreeMayKeepAClickFromTheSelection)
+{
+    RuledTree tree;
+    TestRow* group = tree.AddGroup(u"G", {u"a", u"b"});
+    CSkinListItem* first = group->GetChild(0);
+    EXPECT_TRUE(tree.OnPress(first, {1, 1}, /*shift=*/false));
+    EXPECT_EQ(tree.GetAnchorRow(), first);
+    EXPECT_FALSE(tree.OnPress(group, {1, 1}, /*shift=*/true));
+    EXPECT_TRUE(tree.OnPress(group->GetChild(1), {1, 1}, /*shift=*/true));
+    EXPECT_EQ(tree.GetAnchorRow(), first); // Shift keeps the start of the extension.
+    EXPECT_EQ(tree.HitTest({5, 45}), group->GetChild(1));
+    EXPECT_EQ(tree.HitTest({5, 65}), nullptr);
+}
+
+TEST_F(Tree, TheMenuIsChosenByWhatIsUnderTheHand)
+{
+    struct Case {
+        const char* name;
+        int row; // -1: the empty area.
+        int selected;
+        int id;
+        const char16_t* heard; // Who ran the command.
+    };
+    constexpr Case kCases[] = {
+        {"OneRow",      1,  1, 1, u"a1"},
+        {"SeveralRows", 1,  2, 2, u"a1"},
+        {"BlankArea",   -1, 0, 3, u""  },
+    };
+    for (const Case& row : kCases) {
+        SCOPED_TRACE(row.name);
+        tree_.ClearAllSelected();
+        static_cast<void>(TakeHeard());
+        for (int place = 1; place <= row.selected; ++place)
+            tree_.At(place)->SetSelected(1);
+        int asked = 0;
+        GetNullPeerFactory().QueueMenu([&asked](IMenu& menu) {
+            asked = menu.GetEntries().front()->GetID();
+            return menu.GetEntries().front().get();
+        });
+        tree_.OnContextMenu(tree_.GetRowAt(row.row), -1, -1);
+        EXPECT_EQ(asked, row.id);
+        const std::vector<HeardEvent> heard = TakeHeard();
+        EXPECT_EQ(heard.empty() ? String() : heard[0].row, row.heard);
+    }
+}
+
+TEST_F(Tree, ADragAsksEachRowAndADropTellsIt)
+{
+    static_cast<void>(TakeHeard());
+    TestRow* row = tree_.At(1);
+    EXPECT_FALSE(tree_.OnDragOver(row)); // Not allowed yet.
+    String text;
+    EXPECT_EQ(tree_.OnDragStart(text), 0);
+    tree_.SetCanDrag(1);
+    tree_.SetCanDrop(1);
+    EXPECT_EQ(tree_.OnDragStart(text), 1);
+    EXPECT_EQ(text, u"dragged");
+    EXPECT_TRUE(tree_.OnDragOver(row));
+    EXPECT_TRUE(tree_.IsDragInProgress());
+    EXPECT_FALSE(tree_.OnDragOver(nullptr));
+    tree_.OnDragLeave();
+    EXPECT_FALSE(tree_.IsDragInProgress());
+
+    CStringArray during;
+    bool wasInProgress = false;
+    tree_.onEvent = [&](TestRow& target, int event) {
+        target.SetAcceptsDrop(0);
+        if (event != static_cast<int>(RowEvent::DragOver)) {
+            during = tree_.GetDroppedFiles();
+            wasInProgress = tree_.IsDragInProgress();
+        }
+    };
+    EXPECT_FALSE(tree_.OnDragOver(row)); // The row has refused.
+    tree_.OnFilesDropped(row, CStringArray{u"/m/a.mp3", u"/m/b.mp3"});
+    EXPECT_EQ(during.size(), 2U);
+    EXPECT_TRUE(wasInProgress);
+    EXPECT_TRUE(tree_.GetDroppedFiles().empty());
+    EXPECT_FALSE(tree_.IsDragInProgress());
+    static_cast<void>(TakeHeard());
+    tree_.OnTextDropped(row, u"some text");
+    tree_.OnDragEnd();
+    EXPECT_EQ(TakeHeard(),
+              (std::vector<HeardEvent>{
+                  {u"a1", 4106, u"some text"    },
+                  {u"",   -1,   u"drag finished"}
+    }));
+}
+
+} // namespace
+} // namespace kivo::ui
