@@ -1,6 +1,7 @@
 #include "shell/Plugin_TuneHiveApp.h"
 
 #include "medialib/IMediaLibManager.h"
+#include "mediares/GroupIds.h"
 #include "mediares/IMediaResManager.h"
 #include "player/MediaPlayerManager.h"
 #include "shell/base/DataFolder.h"
@@ -15,6 +16,7 @@
 #include "shell/contracts/ui/SkinWndManager.h"
 #include "shell/desktop/TuneHiveRemote.h"
 #include "shell/TuneHiveWindow.h"
+#include "tree/MediaTree.h"
 
 #include <algorithm>
 #include <string_view>
@@ -32,7 +34,8 @@ constexpr std::string_view kPluginKey =
     "T6wQ2xLc8vBn4mKs1pZy7dHg3jFtRuE5aXoWi0kVqMzUeYbSlCjPhNnGfDkOaI8t";
 static_assert(kPluginKey.size() == IPlugin::kKeyLength);
 
-constexpr std::uint32_t kSignURL = 0;
+constexpr std::uint32_t kSignURL = 0; // Keys of the sign's record.
+constexpr std::uint32_t kSignTitle = 1;
 
 String GetHostText(const char16_t* id)
 {
@@ -160,8 +163,7 @@ void CPlugin_TuneHiveApp::OnSignatureFun(String user, Property sign)
         return;
     }
     if (UrlIsW(url, URLIS_URL)) {
-        if (TuneHiveRemote* remote = GetRemote())
-            remote->Open({url}, u"playing", /*playFirst=*/true);
+        PlaySigned(url, sign.GetText(kSignTitle));
         ShowPage();
         return;
     }
@@ -169,6 +171,19 @@ void CPlugin_TuneHiveApp::OnSignatureFun(String user, Property sign)
     const String title = language->GetStringViaID(u"TIP_TUNEHIVE");
     const String message = language->GetStringViaID(u"STRID_TUNEHIVE_TIP_MUSICLOCAL");
     _ShowMsgBox(41, &title, &message, 1, nullptr, 0);
+}
+
+void CPlugin_TuneHiveApp::PlaySigned(const String& url, const String& title)
+{
+    CMediaTree* tree = window_ ? window_->GetTree() : nullptr;
+    if (tree == nullptr)
+        return;
+    window_->StopPlayer();
+    const String group(kPlayingGroup);
+    String sid;
+    tree->AddTrack(group, url, title, /*allowDuplicate=*/0, sid);
+    tree->ExpandGroup(group);
+    tree->PlayTrack(group, sid);
 }
 
 void CPlugin_TuneHiveApp::ShowPage()

@@ -37,6 +37,7 @@ public:
 private:
     [[nodiscard]] bool StartManagers(const String& directory);
     [[nodiscard]] bool CreateWindow(CWnd* parent);
+    void PlaySigned(const String& url, const String& title);
     void ShowPage();
 
     IPluginWindowLayout* layout_ = nullptr;

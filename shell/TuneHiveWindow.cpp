@@ -2,11 +2,11 @@
 
 #include "forms/LyricPanel.h"
 #include "forms/LyricWnd.h"
+#include "forms/TrackPickers.h"
 #include "player/IMediaPlayer.h"
 #include "player/MediaPlayerManager.h"
 #include "player/PlayerPanel.h"
 #include "player/VolForm.h"
-#include "shell/ArgumentList.h"
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/host/KivoApi.h"
@@ -14,12 +14,16 @@
 #include "shell/contracts/ui/SkinPhoto.h"
 #include "shell/contracts/ui/SkinSplitter.h"
 #include "shell/desktop/TuneHiveRemote.h"
+#include "tree/MediaTree.h"
+#include "tree/MediaTreePanel.h"
+#include "tree/ToolPanel.h"
 
 namespace kivo::tunehive {
 
 namespace {
 
 constexpr int kPaneHeight = 164; // The lower pane's height at first, and its least, in pixels.
+constexpr int kUpperPane = 0;
 constexpr int kLowerPane = 1;
 constexpr int kShowCommand = 5;
 constexpr int kPageShownTag = 2103;
@@ -48,7 +52,7 @@ constexpr PaneContents kPaneContents[] = {
 TuneHiveWindow::TuneHiveWindow(CWnd* parent, IPlugin* plugin)
     : IPluginWindow(parent, nullptr)
     , plugin_(plugin)
-    , arguments_(std::make_unique<ArgumentList>(*this))
+    , pickers_(std::make_unique<TrackPickers>())
 {
     SetObjectID(u"TuneHiveWindow");
     SetPageTip(GetLanguageText(u"TIP_TUNEHIVE"));
@@ -76,7 +80,7 @@ void TuneHiveWindow::ShowPage(int visible)
         return;
     _KivoAPI_STAT_TAG_INCREASE(&kPageShownTag);
     if (ui::CSkinForm* form = GetOwnerForm())
-        form->SetDefaultFocusObj(nullptr);
+        form->SetDefaultFocusObj(GetTree());
 }
 
 int TuneHiveWindow::CreatePage()
@@ -84,7 +88,9 @@ int TuneHiveWindow::CreatePage()
     playerPanel_ = new CPlayerPanel(this);
     RegisterControl(playerPanel_);
     playerPanel_->Build(GetParentWnd());
+    CreateToolPanel();
     CreateSplitter();
+    CreateTreePanel();
     CreateLyricPanel();
     volForm_ = new CVolForm(this);
     volForm_->Create(GetParentWnd());
@@ -95,6 +101,29 @@ int TuneHiveWindow::CreatePage()
     DispathSkinChangeMsg();
     remote_ = std::make_unique<TuneHiveRemote>(*this);
     return 1;
+}
+
+void TuneHiveWindow::CreateToolPanel()
+{
+    toolPanel_ = new CToolPanel(pickers_.get());
+    RegisterControl(toolPanel_);
+    toolPanel_->Build(GetParentWnd());
+}
+
+void TuneHiveWindow::CreateTreePanel()
+{
+    ui::CSkinPanel* pane = splitter_->GetPane(kUpperPane);
+    if (pane == nullptr)
+        return;
+    treePanel_ = new CMediaTreePanel(pickers_.get());
+    pane->RegisterControl(treePanel_);
+    treePanel_->Build(GetParentWnd());
+    toolPanel_->SetTreePanel(treePanel_);
+}
+
+CMediaTree* TuneHiveWindow::GetTree() const
+{
+    return treePanel_ != nullptr ? treePanel_->GetTree() : nullptr;
 }
 
 void TuneHiveWindow::CreateSplitter()
@@ -124,6 +153,8 @@ void TuneHiveWindow::CreateLyricPanel()
 int TuneHiveWindow::ClosePage()
 {
     remote_.reset();
+    if (CMediaTree* tree = GetTree())
+        tree->SaveAllGroups();
     if (volForm_ != nullptr)
         volForm_->Release();
     volForm_ = nullptr;
@@ -132,25 +163,26 @@ int TuneHiveWindow::ClosePage()
 
 IPlayingList* TuneHiveWindow::GetPlayingList()
 {
-    return arguments_.get();
+    return GetTree();
 }
 
 int TuneHiveWindow::GetCurrentTrackInfo(MediaInfo& info)
 {
-    String url;
-    arguments_->GetCurrentURL(url);
-    info = MediaInfo{
-        {0, url}
-    };
-    return url.empty() ? 0 : 1;
+    CMediaTree* tree = GetTree();
+    return tree != nullptr ? tree->GetCurrentTrackInfo(info) : 0;
 }
 
 int TuneHiveWindow::PlaySelectedElsewhere()
 {
-    return 0;
+    CMediaTree* tree = GetTree();
+    return tree != nullptr ? tree->PlaySelectedElsewhere() : 0;
 }
 
-void TuneHiveWindow::ShowAddMenu() {}
+void TuneHiveWindow::ShowAddMenu()
+{
+    if (toolPanel_ != nullptr)
+        toolPanel_->ShowAddMenu();
+}
 
 void TuneHiveWindow::LayOut()
 {

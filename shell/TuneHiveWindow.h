@@ -11,10 +11,13 @@ class CSkinSplitter;
 
 namespace kivo::tunehive {
 
-class ArgumentList;
 class CLyricPanel;
+class CMediaTree;
+class CMediaTreePanel;
 class CPlayerPanel;
+class CToolPanel;
 class CVolForm;
+class TrackPickers;
 class TuneHiveRemote;
 
 // The page that the plug-in adds to the host's main form: player panel, tool panel, and a splitter
@@ -50,20 +53,24 @@ public:
     // Null before CreatePage and after the window's end.
     [[nodiscard]] CPlayerPanel* GetPlayerPanel() const { return playerPanel_; }
     [[nodiscard]] CLyricPanel* GetLyricPanel() const { return lyricPanel_; }
-    [[nodiscard]] ArgumentList* GetArguments() const { return arguments_.get(); }
+    [[nodiscard]] CMediaTree* GetTree() const;
     [[nodiscard]] TuneHiveRemote* GetRemote() const { return remote_.get(); } // While it is open.
 
 private:
+    void CreateToolPanel();
     void CreateSplitter();
+    void CreateTreePanel();
     void CreateLyricPanel();
     bool OpenPane();
 
     IPlugin* plugin_;
     CPlayerPanel* playerPanel_ = nullptr;
+    CMediaTreePanel* treePanel_ = nullptr;
     CLyricPanel* lyricPanel_ = nullptr;
+    CToolPanel* toolPanel_ = nullptr;
     CVolForm* volForm_ = nullptr;
     ui::CSkinSplitter* splitter_ = nullptr;
-    std::unique_ptr<ArgumentList> arguments_;
+    std::unique_ptr<TrackPickers> pickers_;
     std::unique_ptr<TuneHiveRemote> remote_;
 };
 

@@ -1,14 +1,16 @@
 #include "shell/desktop/TuneHiveRemote.h"
 
+#include "medialib/AddFolderThread.h"
 #include "medialib/IMediaLibManager.h"
 #include "player/IMediaPlayer.h"
 #include "player/MediaPlayerManager.h"
 #include "player/PlayerPanel.h"
 #include "player/PlayerState.h"
 #include "player/PlayTurn.h"
-#include "shell/ArgumentList.h"
+#include "shell/base/MusicServer.h"
 #include "shell/contracts/base/Released.h"
 #include "shell/TuneHiveWindow.h"
+#include "tree/MediaTree.h"
 
 #include <algorithm>
 
@@ -33,9 +35,10 @@ TuneHiveRemote::~TuneHiveRemote()
         manager->RemoveListener(PlayerStateListener(this, &TuneHiveRemote::OnPlayerState));
 }
 
-void TuneHiveRemote::Open(const std::vector<String>& items, const String& /*group*/, bool playFirst)
+void TuneHiveRemote::Open(const std::vector<String>& items, const String& group, bool playFirst)
 {
-    window_.GetArguments()->Add(items, playFirst);
+    if (CMediaTree* tree = window_.GetTree())
+        tree->OpenItems(items, group, playFirst);
     listeners_.Notify(-1);
 }
 
@@ -135,7 +138,8 @@ double TuneHiveRemote::GetLength() const
 
 bool TuneHiveRemote::IsAtRest() const
 {
-    if (IsStartUnderWay() || !window_.GetPlayerPanel()->IsAtRest())
+    if (CAddFolderThread::GetRunningCount() > 0 || IsStartUnderWay() ||
+        !window_.GetPlayerPanel()->IsAtRest())
         return false;
     switch (static_cast<PlayerState>(GetState())) {
     case PlayerState::Stopped:
@@ -163,7 +167,10 @@ bool TuneHiveRemote::StopWork(int timeoutMs)
 
 void TuneHiveRemote::OpenWebForm() {}
 
-void TuneHiveRemote::SetMusicServer(const String& /*hostAndPort*/) {}
+void TuneHiveRemote::SetMusicServer(const String& hostAndPort)
+{
+    tunehive::SetMusicServer(hostAndPort);
+}
 
 void TuneHiveRemote::OnPlayerState(ITuneHive_AsyncCallbackParam* param)
 {

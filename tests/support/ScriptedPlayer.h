@@ -4,6 +4,7 @@
 #include "player/MediaPlayerManager.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kivo::test {

@@ -1,0 +1,616 @@
+#include "tree/MediaTree.h"
+
+#include "medialib/AddFolderThread.h"
+#include "medialib/IMediaLibManager.h"
+#include "medialib/MediaLibUpdateParam.h"
+#include "mediares/GroupIds.h"
+#include "mediares/IMediaResGroup.h"
+#include "mediares/IMediaResManager.h"
+#include "player/PlayTurn.h"
+#include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/common/Language.h"
+#include "shell/contracts/framework/Paths.h"
+#include "shell/contracts/host/KivoApi.h"
+#include "tree/MediaTreeCategory.h"
+#include "tree/MediaTreeItem.h"
+#include "tree/MediaTreeRoot.h"
+
+#include <chrono>
+#include <map>
+#include <set>
+
+namespace kivo::tunehive {
+
+namespace {
+
+constexpr std::int32_t kStoredPath = 0;
+constexpr std::int32_t kStoredName = 1;
+constexpr int kGroupNameLimit = 20;
+constexpr int kTooltipWidth = 300;
+
+std::uint32_t SeedFromTime()
+{
+    return static_cast<std::uint32_t>(std::chrono::system_clock::now().time_since_epoch().count());
+}
+
+} // namespace
+
+CMediaTree::CMediaTree(ITrackPickers* pickers)
+    : pickers_(pickers)
+    , random_(SeedFromTime())
+    , chance_([this] { return static_cast<std::uint32_t>(random_()); })
+    , lookup_([this](const String& path, bool exists) { OnLookedUp(path, exists); })
+{
+    IMediaLibManager* library = FindMediaLibManager();
+    if (library == nullptr)
+        return;
+    library->AddListener(MediaLibListener(this, &CMediaTree::OnMediaInfoUpdated), life_.Watch());
+    library->CallWhenLoaded(MediaLibListener(this, &CMediaTree::OnLibraryLoaded), life_.Watch());
+}
+
+CMediaTree::~CMediaTree()
+{
+    if (IMediaLibManager* library = FindMediaLibManager())
+        library->RemoveListener(MediaLibListener(this, &CMediaTree::OnMediaInfoUpdated));
+    _KivoAPI_Revoke(this);
+}
+
+int CMediaTree::PickNumber(int count)
+{
+    return static_cast<int>(chance_() % static_cast<std::uint32_t>(count));
+}
+
+CMediaTreeCategory* CMediaTree::CategoryAt(int index) const
+{
+    return root_ != nullptr ? static_cast<CMediaTreeCategory*>(root_->GetChild(index)) : nullptr;
+}
+
+int CMediaTree::CountCategories() const
+{
+    return root_ != nullptr ? root_->GetChildCount() : 0;
+}
+
+CMediaTreeCategory* CMediaTree::FindCategory(const String& group) const
+{
+    for (int i = 0; i < CountCategories(); ++i) {
+        if (CategoryAt(i)->GetID() == group)
+            return CategoryAt(i);
+    }
+    return nullptr;
+}
+
+CMediaTreeCategory* CMediaTree::FindPlaying() const
+{
+    return FindCategory(String(kPlayingGroup));
+}
+
+void CMediaTree::LoadTree()
+{
+    root_ = new CMediaTreeRoot(this);
+    root_->BuildRow();
+    AppendTree(root_, /*show=*/false);
+    SyncCategories();
+    for (int i = 0; i < CountCategories(); ++i) {
+        const CMediaTreeCategory* category = CategoryAt(i);
+        if (category->GetID() == kPlayingGroup && category->GetChildCount() > 0)
+            ExpandGroup(category->GetID());
+    }
+    SetTooltipMaxWidth(kTooltipWidth);
+}
+
+void CMediaTree::SyncCategories()
+{
+    std::set<String> ids;
+    if (IMediaResManager* manager = FindMediaResManager())
+        manager->GetGroupIDs(ids);
+    std::vector<CMediaTreeCategory*> gone;
+    for (int i = 0; i < CountCategories(); ++i) {
+        if (ids.erase(CategoryAt(i)->GetID()) == 0)
+            gone.push_back(CategoryAt(i));
+    }
+    BeginUpdate();
+    for (CMediaTreeCategory* category : gone)
+        RemoveTreeItem(category);
+    for (const String& id : ids)
+        AddCategory(id);
+    EndUpdate(1);
+}
+
+void CMediaTree::AddCategory(const String& group)
+{
+    auto* category = new CMediaTreeCategory(this, group);
+    category->FillFromGroup();
+    root_->AddTreeNode(category);
+    category->BuildRow();
+    category->Sort(this, /*recursive=*/false);
+}
+
+void CMediaTree::ExpandGroup(const String& group)
+{
+    CMediaTreeCategory* category = FindCategory(group);
+    if (category != nullptr && !category->IsExpanded())
+        category->Expand(this, LocateRow(category), /*expanded=*/true);
+}
+
+LPARAM CMediaTree::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == kFolderImportMessage) {
+        OnFolderImported(wParam, lParam);
+        wParam = 0; // What it carried is freed.
+        lParam = 0;
+    }
+    return CSkinTree::WindowProc(message, wParam, lParam);
+}
+
+void CMediaTree::OnFolderImported(WPARAM wParam, LPARAM lParam)
+{
+    const FolderImport import = TakeFolderImport(wParam, lParam);
+    AddPaths(import.groupId, *import.paths);
+    if (!pendingPlay_ || pendingPlay_->group != import.groupId)
+        return;
+    const CMediaTreeCategory* category = FindCategory(import.groupId);
+    const bool isOvertaken = pendingPlay_->turn != GetPlayTurn();
+    const bool isPlayable = !import.paths->empty() && category != nullptr;
+    if (isOvertaken || isPlayable || CAddFolderThread::GetRunningCount() == 0)
+        pendingPlay_.reset();
+    if (!isOvertaken && isPlayable)
+        PlayTrack(import.groupId, category->GetLastAddedSID());
+}
+
+void CMediaTree::OnMediaInfoUpdated(ITuneHive_AsyncCallbackParam* param)
+{
+    const String& path = static_cast<MediaLibUpdateParam*>(param)->GetPath();
+    for (int i = 0; i < CountCategories(); ++i)
+        CategoryAt(i)->RefreshPath(path);
+}
+
+void CMediaTree::OnLookedUp(const String& path, bool exists)
+{
+    for (int i = 0; i < CountCategories(); ++i)
+        CategoryAt(i)->OnLookedUp(path, exists);
+}
+
+// Rows that were painted before the library was there show no more than their names.
+void CMediaTree::OnLibraryLoaded(ITuneHive_AsyncCallbackParam* /*param*/)
+{
+    BeginUpdate();
+    for (int i = 0; i < CountCategories(); ++i) {
+        CMediaTreeCategory* category = CategoryAt(i);
+        for (int j = 0; j < category->GetChildCount(); ++j) {
+            auto* row = static_cast<CMediaTreeItem*>(category->GetChild(j));
+            if (row->GetCellState() == ui::RowCells::Provisional)
+                row->MarkDue();
+        }
+    }
+    EndUpdate(1);
+}
+
+bool CMediaTree::GetKnownInfo(const String& path, MediaInfo& info) const
+{
+    IMediaLibManager* library = FindMediaLibManager();
+    const CacheLook look =
+        library != nullptr ? library->PeekMediaInfo(path, info) : CacheLook::Miss;
+    if (GetInfoText(info, kInfoTitle).empty())
+        info[kInfoTitle] = UrlIsW(path) ? path : PathFindFileNameW(path);
+    return look != CacheLook::Loading;
+}
+
+void CMediaTree::AskForFile(const String& path)
+{
+    lookup_.AskOnScreen(path);
+}
+
+void CMediaTree::AskInBackground(const String& path)
+{
+    if (IsBeyond() && !path.empty())
+        lookup_.AskInBackground(path);
+}
+
+// What "playing" gives to the player.
+
+void CMediaTree::GetCurrentURL(String& url)
+{
+    url.clear();
+    if (const CMediaTreeCategory* playing = FindPlaying())
+        playing->CurrentPath(url);
+}
+
+void CMediaTree::MoveCurrentOfPlaying(String& url, int mode)
+{
+    url.clear();
+    if (CMediaTreeCategory* playing = FindPlaying())
+        playing->MoveCurrent(url, mode);
+}
+
+void CMediaTree::GetNextURL(String& url, int wrap)
+{
+    MoveCurrentOfPlaying(url, static_cast<int>(wrap != 0 ? RowMode::NextWrap : RowMode::Next));
+}
+
+void CMediaTree::GetPrevURL(String& url, int wrap)
+{
+    MoveCurrentOfPlaying(url,
+                         static_cast<int>(wrap != 0 ? RowMode::PreviousWrap : RowMode::Previous));
+}
+
+void CMediaTree::GetRandomURL(String& url)
+{
+    MoveCurrentOfPlaying(url, static_cast<int>(RowMode::Random));
+}
+
+int CMediaTree::GetPlayingCount()
+{
+    const CMediaTreeCategory* playing = FindPlaying();
+    return playing != nullptr ? playing->GetChildCount() : 0;
+}
+
+int CMediaTree::PlaySelected()
+{
+    CMediaTreeCategory* playing = FindPlaying();
+    if (playing == nullptr)
+        return 0;
+    for (int i = 0; i < playing->GetChildCount(); ++i) {
+        if (playing->GetChild(i)->IsSelected()) {
+            playing->PlayRow(String(playing->GetChild(i)->GetID()));
+            return 1;
+        }
+    }
+    return 0;
+}
+
+void CMediaTree::BeginMoves()
+{
+    if (CMediaTreeCategory* playing = FindPlaying())
+        playing->BeginMoves();
+}
+
+void CMediaTree::EndMoves()
+{
+    if (CMediaTreeCategory* playing = FindPlaying())
+        playing->EndMoves();
+}
+
+int CMediaTree::GetCurrentTrackInfo(MediaInfo& record)
+{
+    const CMediaTreeCategory* playing = FindPlaying();
+    if (playing == nullptr)
+        return 0;
+    playing->GetRecord(playing->GetCurrentSID(), record);
+    return 1;
+}
+
+// Adding.
+
+void CMediaTree::AddTrack(
+    const String& group, const String& path, const String& name, int allowDuplicate, String& sid)
+{
+    sid.clear();
+    if (CMediaTreeCategory* category = FindCategory(group)) {
+        const MediaInfo record{
+            {kStoredPath, path},
+            {kStoredName, name}
+        };
+        category->AddRecord(sid, record, allowDuplicate);
+    }
+}
+
+void CMediaTree::AddPaths(const String& group, const CStringArray& paths)
+{
+    CMediaTreeCategory* category = FindCategory(group);
+    if (category == nullptr || paths.empty())
+        return;
+    std::vector<MediaInfo> records;
+    records.reserve(paths.size());
+    for (const String& path : paths) {
+        records.push_back({
+            {kStoredPath, path    },
+            {kStoredName, String()}
+        });
+    }
+    category->AddRecords(records);
+}
+
+void CMediaTree::AddDroppedFiles(const String& group, const CStringArray& paths)
+{
+    OpenItems(paths, group, /*playFirst=*/false);
+}
+
+void CMediaTree::ImportFolder(const String& group, const String& folder)
+{
+    CAddFolderThread::Start(GetHandle(), group, folder);
+}
+
+void CMediaTree::OpenItems(const std::vector<String>& items, const String& group, bool playFirst)
+{
+    CStringArray files;
+    std::vector<String> folders;
+    for (const String& item : items) {
+        const bool isFolder = IsBeyond() && !UrlIsW(item) && PathIsDirectoryW(item);
+        if (isFolder)
+            folders.push_back(item);
+        else
+            files.push_back(item);
+    }
+    AddPaths(group, files);
+    const CMediaTreeCategory* category = FindCategory(group);
+    if (playFirst && !files.empty() && category != nullptr)
+        PlayTrack(group, category->GetLastAddedSID());
+    else if (playFirst && !folders.empty())
+        pendingPlay_ = PendingPlay{group, GetPlayTurn()};
+    for (const String& folder : folders)
+        ImportFolder(group, folder);
+}
+
+// Playing.
+
+void CMediaTree::PlayTrack(const String& group, const String& sid)
+{
+    CMediaTreeCategory* playing = FindPlaying();
+    if (playing == nullptr)
+        return;
+    if (group == kPlayingGroup) {
+        playing->PlayRow(sid);
+        return;
+    }
+    const CMediaTreeCategory* source = FindCategory(group);
+    if (source == nullptr)
+        return;
+    MediaInfo record;
+    source->GetRecord(sid, record);
+    String added;
+    playing->AddRecord(added, record, /*allowDuplicate=*/1);
+    playing->PlayRow(String(playing->GetLastAddedSID()));
+}
+
+void CMediaTree::PlayGroup(const String& group)
+{
+    CMediaTreeCategory* playing = FindPlaying();
+    const CMediaTreeCategory* source = FindCategory(group);
+    if (playing == nullptr || group == kPlayingGroup || source == nullptr)
+        return;
+    std::vector<MediaInfo> records;
+    source->GetRecords(records);
+    if (records.empty())
+        return;
+    playing->AddRecords(records);
+    playing->PlayRow(String(playing->GetLastAddedSID()));
+}
+
+std::vector<CMediaTreeItem*> CMediaTree::GetSelectedTracks() const
+{
+    std::vector<CMediaTreeItem*> tracks;
+    for (ui::CSkinListItem* row : GetAllSelectedItem()) {
+        auto* treeRow = static_cast<ui::CSkinTreeItem*>(row);
+        if (!treeRow->IsGroup() && treeRow->GetParentItem() != nullptr)
+            tracks.push_back(static_cast<CMediaTreeItem*>(treeRow));
+    }
+    return tracks;
+}
+
+void CMediaTree::PlaySelection()
+{
+    CMediaTreeCategory* playing = FindPlaying();
+    if (GetSelectedCount() == 0 || playing == nullptr)
+        return;
+    String first; // Of those that stand in "playing" already.
+    std::vector<MediaInfo> records;
+    for (const CMediaTreeItem* track : GetSelectedTracks()) {
+        const String group = track->GetGroupID();
+        if (group == kPlayingGroup) {
+            if (first.empty())
+                first = track->GetSID();
+        } else if (const CMediaTreeCategory* source = FindCategory(group)) {
+            MediaInfo record;
+            source->GetRecord(track->GetSID(), record);
+            records.push_back(std::move(record));
+        }
+    }
+    if (!records.empty()) {
+        playing->AddRecords(records);
+        first = playing->GetLastAddedSID();
+    }
+    playing->PlayRow(first);
+}
+
+int CMediaTree::PlaySelectedElsewhere()
+{
+    const auto tracks = GetSelectedTracks();
+    if (tracks.empty())
+        return 0;
+    PlayTrack(tracks.front()->GetGroupID(), String(tracks.front()->GetSID()));
+    return 1;
+}
+
+// Groups.
+
+// Empty: it was refused.
+String CMediaTree::CreateSyncedGroup()
+{
+    IMediaResManager* manager = FindMediaResManager();
+    if (manager == nullptr)
+        return {};
+    const String id = manager->CreateGroup(manager->GetNewGroupName());
+    SyncCategories();
+    if (CMediaTreeCategory* category = FindCategory(id))
+        Envisible(category);
+    return id;
+}
+
+void CMediaTree::NewGroup()
+{
+    BeginRenameCategory(CreateSyncedGroup());
+}
+
+void CMediaTree::SaveAsGroup(const String& group)
+{
+    if (group != kPlayingGroup)
+        return;
+    const String id = CreateSyncedGroup();
+    CopyGroupTracks(group, id);
+    BeginRenameCategory(id);
+}
+
+void CMediaTree::RenameCategory(const String& group, const String& name)
+{
+    CMediaTreeCategory* category = FindCategory(group);
+    IMediaResManager* manager = FindMediaResManager();
+    if (category == nullptr || manager == nullptr || manager->RenameGroup(group, name) == 0)
+        return;
+    category->BuildRow();
+    BeginUpdate();
+    category->Sort2(this);
+    EndUpdate(1);
+}
+
+void CMediaTree::BeginRenameCategory(const String& group)
+{
+    CMediaTreeCategory* category = FindCategory(group);
+    const int place = category != nullptr ? LocateRow(category) : -1;
+    if (place == -1)
+        return;
+    SetEditLimitText(kGroupNameLimit);
+    Edit(place, u"text", 1);
+}
+
+void CMediaTree::DeleteCategory(const String& group)
+{
+    const auto* language = common::CMutiLanSupport::GetInstance();
+    if (IsFixedGroupID(group)) {
+        const String title = language->GetStringViaID(u"STRID_PROMPT_TITLE_ERROR");
+        const String message = language->GetStringViaID(u"STRID_TUNEHIVE_TS_CONNOTDEL");
+        _ShowMsgBox(43, &title, &message, 1, nullptr, 0);
+        return;
+    }
+    const String title = language->GetStringViaID(u"STRID_PROMPT_TITLE_WARNING");
+    const String message = language->GetStringViaID(u"STRID_TUNEHIVE_TS_DELETEGROUP");
+    const LifeWatch life = Watch(); // The page may close below the box.
+    int confirmed = 0;
+    _ShowMsgBox(42, &title, &message, 2, &confirmed, 0);
+    if (confirmed != 1 || !life.IsAlive())
+        return;
+    CMediaTreeCategory* category = FindCategory(group);
+    IMediaResManager* manager = FindMediaResManager();
+    if (category == nullptr || manager == nullptr || manager->RemoveGroup(group) == 0)
+        return;
+    BeginUpdate();
+    RemoveTreeItem(category);
+    EndUpdate(1);
+}
+
+void CMediaTree::ClearCategory(const String& group)
+{
+    if (CMediaTreeCategory* category = FindCategory(group))
+        category->ClearRows();
+}
+
+void CMediaTree::SaveAllGroups()
+{
+    for (int i = 0; i < CountCategories(); ++i)
+        CategoryAt(i)->SaveToGroup();
+}
+
+// Tracks.
+
+void CMediaTree::DeleteTrack(const String& group, const String& sid)
+{
+    if (CMediaTreeCategory* category = FindCategory(group))
+        category->RemoveRow(sid);
+}
+
+void CMediaTree::RenameTrack(const String& group, const String& sid, const String& name)
+{
+    if (CMediaTreeCategory* category = FindCategory(group))
+        category->RenameRow(sid, name);
+}
+
+void CMediaTree::BeginRenameTrack(const String& group, const String& sid)
+{
+    if (CMediaTreeCategory* category = FindCategory(group))
+        category->BeginRename(sid);
+}
+
+void CMediaTree::RemoveDuplicates(const String& group, const String& sid)
+{
+    if (CMediaTreeCategory* category = FindCategory(group))
+        category->RemoveDuplicatesOf(sid);
+}
+
+void CMediaTree::CopyTrack(const String& source, const String& sid, const String& target)
+{
+    const CMediaTreeCategory* from = FindCategory(source);
+    CMediaTreeCategory* to = FindCategory(target);
+    if (source == target || from == nullptr || to == nullptr)
+        return;
+    MediaInfo record;
+    from->GetRecord(sid, record);
+    String added;
+    to->AddRecord(added, record, /*allowDuplicate=*/1);
+}
+
+void CMediaTree::CopyGroupTracks(const String& source, const String& target)
+{
+    const CMediaTreeCategory* from = FindCategory(source);
+    CMediaTreeCategory* to = FindCategory(target);
+    if (from == nullptr || to == nullptr)
+        return;
+    std::vector<MediaInfo> records;
+    from->GetRecords(records);
+    to->AddRecords(records);
+}
+
+// The selection. Work is collected per group, so that each group's gaps close in one pass.
+
+void CMediaTree::DeleteSelectedTracks()
+{
+    std::map<String, std::vector<String>> sids;
+    for (const CMediaTreeItem* track : GetSelectedTracks())
+        sids[track->GetGroupID()].push_back(track->GetSID());
+    BeginUpdate();
+    for (const auto& [group, tracks] : sids) {
+        if (CMediaTreeCategory* category = FindCategory(group))
+            category->RemoveRows(tracks);
+    }
+    EndUpdate(1);
+}
+
+void CMediaTree::DeleteSelectedCategory()
+{
+    const auto selected = GetAllSelectedItem();
+    if (selected.size() == 1 && static_cast<ui::CSkinTreeItem*>(selected[0])->IsGroup())
+        DeleteCategory(String(selected[0]->GetID()));
+}
+
+void CMediaTree::RemoveSelectedDuplicates()
+{
+    const auto tracks = GetSelectedTracks();
+    if (GetSelectedCount() == 1 && tracks.size() == 1)
+        RemoveDuplicates(tracks[0]->GetGroupID(), String(tracks[0]->GetSID()));
+}
+
+void CMediaTree::CopySelectionTo(const String& group)
+{
+    BeginUpdate();
+    for (const CMediaTreeItem* track : GetSelectedTracks())
+        CopyTrack(track->GetGroupID(), String(track->GetSID()), group);
+    EndUpdate(1);
+}
+
+void CMediaTree::MoveSelectionTo(const String& group)
+{
+    BeginUpdate();
+    std::map<String, std::vector<String>> moved;
+    for (const CMediaTreeItem* track : GetSelectedTracks()) {
+        const String source = track->GetGroupID();
+        if (source == group)
+            continue;
+        CopyTrack(source, String(track->GetSID()), group);
+        moved[source].push_back(track->GetSID());
+    }
+    for (const auto& [source, tracks] : moved) {
+        if (CMediaTreeCategory* category = FindCategory(source))
+            category->RemoveRows(tracks);
+    }
+    EndUpdate(1);
+}
+
+} // namespace kivo::tunehive
