@@ -106,8 +106,9 @@ struct PostQueue::Impl {
     int wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
     int Add(Entry entry);
-    bool RunFront(bool signalRest);
+    bool RunFront();
     void Signal() const;
+    void ClearIfEmpty() const;
     template <class Predicate>
     std::deque<Entry> TakeIf(Predicate predicate);
 };
@@ -117,6 +118,15 @@ void PostQueue::Impl::Signal() const
     const std::uint64_t one = 1;
     // The only way to fail is a counter that is full, and then the descriptor is readable.
     static_cast<void>(!write(wake, &one, sizeof one));
+}
+
+// The descriptor is readable exactly while something waits, so that a loop nested in an entry is
+// woken for the next one. Called under the lock.
+void PostQueue::Impl::ClearIfEmpty() const
+{
+    std::uint64_t count = 0;
+    if (entries.empty())
+        static_cast<void>(!read(wake, &count, sizeof count));
 }
 
 int PostQueue::Impl::Add(Entry entry)
@@ -131,15 +141,14 @@ int PostQueue::Impl::Add(Entry entry)
     return 1;
 }
 
-bool PostQueue::Impl::RunFront(bool signalRest)
+bool PostQueue::Impl::RunFront()
 {
     std::unique_lock lock(mutex);
     if (entries.empty())
         return false;
     Entry entry = std::move(entries.front());
     entries.pop_front();
-    if (signalRest && !entries.empty())
-        Signal();
+    ClearIfEmpty();
     lock.unlock();
     entry.Run();
     return true;
@@ -154,6 +163,7 @@ std::deque<Entry> PostQueue::Impl::TakeIf(Predicate predicate)
     for (Entry& entry : entries)
         (predicate(entry) ? taken : kept).push_back(std::move(entry));
     entries.swap(kept);
+    ClearIfEmpty();
     return taken;
 }
 
@@ -193,16 +203,14 @@ int PostQueue::GetWakeDescriptor() const
 
 void PostQueue::RunWake()
 {
-    std::uint64_t count = 0;
-    static_cast<void>(!read(impl_->wake, &count, sizeof count)); // Not readable: nothing to clear.
     for (int i = 0; i < kMostPerWake; ++i)
-        if (!impl_->RunFront(/*signalRest=*/true))
+        if (!impl_->RunFront())
             return;
 }
 
 bool PostQueue::RunOne()
 {
-    return impl_->RunFront(/*signalRest=*/false);
+    return impl_->RunFront();
 }
 
 void PostQueue::RunPending()

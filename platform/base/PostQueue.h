@@ -30,12 +30,12 @@ public:
     int PostMessage(
         HWND window, unsigned message, WPARAM wParam, LPARAM lParam, MessageDisposer disposer);
 
-    // Readable while an entry waits to be run by RunWake: what an event loop watches. Owned here.
+    // Readable exactly while an entry waits: what an event loop watches, also one that is nested in
+    // an entry. Owned here; whoever watches it doesn't read it.
     [[nodiscard]] int GetWakeDescriptor() const;
 
-    // For a loop that watches the descriptor: clears it and runs at most 64 entries, so that
-    // painting and timers get their turn; while more wait it is readable again, also for a nested
-    // loop inside an entry.
+    // For a loop that watches the descriptor: runs at most 64 entries, so that painting and timers
+    // get their turn.
     void RunWake();
 
     bool RunOne();     // False: nothing waited.

@@ -95,6 +95,8 @@ bool CWorker::Stop(int timeoutMs)
 {
     RequestStop();
     std::unique_lock lock(impl_->mutex);
+    if (impl_->abandoned)
+        return false;
     const bool ended = impl_->changed.wait_for(
         lock, std::chrono::milliseconds(timeoutMs), [this] { return impl_->ended; });
     impl_->abandoned = !ended;

@@ -1,0 +1,190 @@
+#include "platform/base/TimerService.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <functional>
+#include <vector>
+
+namespace kivo {
+namespace {
+
+using Ticks = std::vector<TimerId>;
+
+// Callbacks are plain functions, so what they tell goes through here.
+struct Heard {
+    Ticks ticks;
+    std::function<void(TimerId)> onTick;
+};
+Heard heard;
+
+void Hear(HWND window, unsigned message, TimerId handle, std::uint32_t /*now*/)
+{
+    EXPECT_EQ(window, 0U);
+    EXPECT_EQ(message, 0x0113U);
+    heard.ticks.push_back(handle);
+    if (heard.onTick)
+        heard.onTick(handle);
+}
+
+void HearOther(HWND /*window*/, unsigned /*message*/, TimerId handle, std::uint32_t now)
+{
+    heard.ticks.push_back(handle * 1000000 + now);
+}
+
+class Timers : public testing::Test {
+protected:
+    Timers()
+    {
+        heard = {};
+        service_.SetClock([this] { return now_; });
+        service_.SetArm([this](std::int64_t delay) { armed_ = delay; });
+    }
+    void Turn(std::int64_t milliseconds)
+    {
+        now_ += milliseconds;
+        service_.RunDue();
+    }
+    static Ticks Taken() { return std::exchange(heard.ticks, {}); }
+
+    std::int64_t now_ = 1000;
+    std::int64_t armed_ = -2;
+    TimerService service_;
+};
+
+TEST_F(Timers, TickAtEachPeriod)
+{
+    EXPECT_EQ(armed_, -1);
+    const TimerId timer = service_.Start(0, 0, 1000, Hear);
+    EXPECT_NE(timer, 0U);
+    EXPECT_EQ(armed_, 1000);
+    Turn(999);
+    EXPECT_EQ(Taken(), Ticks{});
+    EXPECT_EQ(armed_, 1);
+    Turn(1);
+    EXPECT_EQ(Taken(), Ticks{timer});
+    EXPECT_EQ(armed_, 1000);
+    Turn(1000);
+    EXPECT_EQ(Taken(), Ticks{timer});
+}
+
+TEST_F(Timers, DropMissedTicksAndKeepTheBeat)
+{
+    const TimerId timer = service_.Start(0, 0, 100, Hear);
+    Turn(350);
+    EXPECT_EQ(Taken(), Ticks{timer});
+    EXPECT_EQ(service_.GetNextDelay(), 50);
+    Turn(50);
+    EXPECT_EQ(Taken(), Ticks{timer});
+    service_.RunDue();
+    EXPECT_EQ(Taken(), Ticks{});
+}
+
+TEST_F(Timers, AreRunInTheOrderOfTheirDueTimes)
+{
+    const TimerId slow = service_.Start(0, 0, 300, Hear);
+    const TimerId quick = service_.Start(0, 0, 100, Hear);
+    Turn(300);
+    EXPECT_EQ(Taken(), (Ticks{quick, slow}));
+}
+
+TEST_F(Timers, HandlesAreNeverGivenTwice)
+{
+    const TimerId first = service_.Start(0, 7, 100, Hear);
+    const TimerId second = service_.Start(0, 7, 100, Hear); // Without a window the id is ignored.
+    EXPECT_NE(first, second);
+    EXPECT_EQ(service_.Kill(first), 1);
+    EXPECT_EQ(service_.Kill(first), 0);
+    EXPECT_EQ(service_.Kill(0), 0);
+    EXPECT_GT(service_.Start(0, 7, 100, Hear), second);
+}
+
+TEST_F(Timers, AWindowsTimerReplacesItsNamesake)
+{
+    const TimerId first = service_.Start(5, 7, 100, HearOther);
+    const TimerId second = service_.Start(5, 7, 100, HearOther);
+    const TimerId other = service_.Start(6, 7, 100, HearOther);
+    EXPECT_EQ(service_.Kill(first), 0);
+    Turn(100);
+    EXPECT_EQ(Taken(), (Ticks{second * 1000000 + 1100, other * 1000000 + 1100}));
+}
+
+TEST_F(Timers, ACallbackMayKillItselfAndOthers)
+{
+    const TimerId first = service_.Start(0, 0, 100, Hear);
+    const TimerId second = service_.Start(0, 0, 100, Hear);
+    heard.onTick = [&](TimerId) {
+        EXPECT_EQ(service_.Kill(first), 1);
+        EXPECT_EQ(service_.Kill(second), 1);
+    };
+    Turn(100);
+    EXPECT_EQ(Taken(), Ticks{first});
+    EXPECT_EQ(armed_, -1);
+    Turn(1000);
+    EXPECT_EQ(Taken(), Ticks{});
+}
+
+TEST_F(Timers, WhatACallbackStartsWaitsForItsOwnTime)
+{
+    service_.Start(0, 0, 100, Hear);
+    TimerId started = 0;
+    heard.onTick = [&](TimerId) {
+        if (started == 0)
+            started = service_.Start(0, 0, 10, Hear);
+    };
+    Turn(100);
+    EXPECT_EQ(Taken().size(), 1U);
+    EXPECT_EQ(armed_, 10);
+    Turn(10);
+    EXPECT_EQ(Taken(), Ticks{started});
+}
+
+// A callback that runs an event loop of its own: the other timers go on, it doesn't tick in itself.
+TEST_F(Timers, AreArmedWhileACallbackRuns)
+{
+    const TimerId modal = service_.Start(0, 0, 1000, Hear);
+    const TimerId other = service_.Start(0, 0, 1300, Hear);
+    heard.onTick = [&](TimerId handle) {
+        if (handle != modal)
+            return;
+        EXPECT_EQ(armed_, 300);
+        Turn(300);
+    };
+    Turn(1000);
+    EXPECT_EQ(Taken(), (Ticks{modal, other}));
+    EXPECT_EQ(armed_, 700);
+}
+
+TEST_F(Timers, PeriodsHaveAShortest)
+{
+    service_.Start(0, 0, 0, Hear);
+    EXPECT_EQ(armed_, TimerService::kShortest);
+    EXPECT_EQ(service_.Start(0, 0, 100, nullptr), 0U);
+}
+
+TEST_F(Timers, GoWithTheirLibrary)
+{
+    service_.Start(0, 0, 100, Hear);
+    service_.KillOfLibrary(reinterpret_cast<const void*>(&poll));
+    EXPECT_EQ(armed_, 100);
+    service_.KillOfLibrary(&heard);
+    EXPECT_EQ(armed_, -1);
+}
+
+TEST_F(Timers, StandBehindTheContract)
+{
+    TimerService& service = TimerService::Get();
+    std::int64_t now = 0;
+    service.SetClock([&now] { return now; });
+    const TimerId timer = SetTimer(0, 3, 1000, Hear);
+    now = 1000;
+    service.RunDue();
+    EXPECT_EQ(Taken(), Ticks{timer});
+    EXPECT_EQ(KillTimer(0, timer), 1);
+    EXPECT_EQ(KillTimer(0, timer), 0);
+    service.SetClock({});
+    EXPECT_EQ(service.GetNextDelay(), -1);
+}
+
+} // namespace
+} // namespace kivo
