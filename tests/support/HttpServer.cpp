@@ -40,6 +40,8 @@ bool ReadHead(int socket, HttpRequest& request)
         if (count <= 0 || head.size() > kLongestHead)
             return false;
         head.append(bytes.data(), static_cast<std::size_t>(count));
+        if (std::isalpha(static_cast<unsigned char>(head.front())) == 0)
+            return false; // Another protocol.
     }
     std::istringstream lines(head);
     std::string method;
