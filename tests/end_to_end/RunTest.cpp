@@ -1,0 +1,158 @@
+#include "tests/end_to_end/KivoRun.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace kivo::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RunTest : public testing::Test {
+protected:
+    [[nodiscard]] std::string GetProfile() const { return media_.GetPath("p"); }
+
+    MediaFolder media_;
+};
+
+TEST_F(RunTest, EachSignalIsAnOrderlyStop)
+{
+    const std::string tune = media_.Make("a.wav", 60);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        SCOPED_TRACE(number);
+        KivoRun run({"--profile", GetProfile(), tune});
+        ASSERT_TRUE(run.WaitFor("Playing: a.wav")) << run.GetErrors();
+        run.Signal(number);
+        EXPECT_EQ(run.WaitForEnd(10), 0) << run.GetErrors();
+        EXPECT_NE(media_.Get().Read("p/tunehive/config.xml"), "");
+        fs::remove_all(GetProfile());
+    }
+}
+
+TEST_F(RunTest, ASecondRunOnOneProfileSaysSo)
+{
+    KivoRun first({"--profile", GetProfile()});
+    ASSERT_TRUE(first.WaitFor("running without a window"));
+    KivoRun second({"--profile", GetProfile()});
+    EXPECT_EQ(second.WaitForEnd(10), 3);
+    EXPECT_NE(second.GetErrors().find("is in use"), std::string::npos);
+    first.Signal(SIGTERM);
+    EXPECT_EQ(first.WaitForEnd(10), 0);
+}
+
+TEST_F(RunTest, WrongUseIsOneLineAndStatusTwo)
+{
+    for (const char* const argument : {"--loud", "/no/such/file.mp3", "--profile", "edl://x"}) {
+        SCOPED_TRACE(argument);
+        KivoRun run({argument});
+        EXPECT_EQ(run.WaitForEnd(10), 2);
+        const std::string& errors = run.GetErrors();
+        EXPECT_EQ(errors.rfind("kivo: ", 0), 0U) << errors;
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
+    }
+}
+
+TEST_F(RunTest, ADisplayThatDoesNotAnswerIsNone)
+{
+    KivoRun run(
+        {
+            "--profile", GetProfile()
+    },
+        {"", {"QT_QPA_PLATFORM=", "DISPLAY=:987"}, 0});
+    EXPECT_TRUE(run.WaitFor("there is no display")) << run.GetErrors();
+    run.Signal(SIGTERM);
+    EXPECT_EQ(run.WaitForEnd(10), 0);
+}
+
+TEST_F(RunTest, WhatCannotBeSavedIsNamed)
+{
+    if (getuid() != 0)
+        GTEST_SKIP() << "needs another user";
+    constexpr unsigned kNobody = 65534;
+    const std::string tune = media_.Make("a.wav", 0.2);
+    fs::create_directories(GetProfile() + "/tunehive/lib");
+    fs::permissions(media_.GetPath(""), fs::perms(0755));
+    KivoRun run({"--profile", GetProfile(), "--quit-at-end", tune},
+                {"", {"HOME=/nowhere"}, kNobody});
+    EXPECT_EQ(run.WaitForEnd(20), 0);
+    EXPECT_NE(run.GetErrors().find("config.xml could not be saved"), std::string::npos)
+        << run.GetErrors();
+}
+
+// The program's tree in the build folder, copied, so that a plug-in can be spoilt.
+class SpoiltTree : public RunTest {
+protected:
+    SpoiltTree()
+        : tree_(media_.GetPath("app"))
+        , world_{tree_ + "/kivo", {}, 0}
+    {
+        fs::copy(fs::path(KIVO_PROGRAM).parent_path(), tree_, fs::copy_options::recursive);
+    }
+
+    std::string tree_;
+    KivoRun::World world_;
+};
+
+TEST_F(SpoiltTree, APlugInThatCannotBeLoadedIsToldAndTheOthersRun)
+{
+    media_.Get().Write("app/plugin/broken/broken.so", "not a library");
+    fs::create_directories(tree_ + "/plugin/other");
+    fs::copy(tree_ + "/KVLibExport.so", tree_ + "/plugin/other/other.so");
+    KivoRun run({"--profile", GetProfile(), "--quit-at-end", media_.Make("a.wav", 0.2)}, world_);
+    EXPECT_EQ(run.WaitForEnd(20), 0);
+    for (const char* const name : {"plug-in broken can't", "plug-in other can't"})
+        EXPECT_NE(run.GetErrors().find(name), std::string::npos) << run.GetErrors();
+}
+
+TEST_F(SpoiltTree, WithoutAPlayerNothingCanBePlayed)
+{
+    media_.Get().Write("app/plugin/tunehive/tunehive.so", "not a library");
+    KivoRun run({"--profile", GetProfile(), media_.Make("a.wav", 0.2)}, world_);
+    EXPECT_EQ(run.WaitForEnd(20), 1) << run.GetErrors();
+
+    KivoRun idle({"--profile", GetProfile()}, world_);
+    EXPECT_TRUE(idle.WaitFor("plug-in tunehive can't")) << idle.GetErrors();
+    idle.Signal(SIGTERM);
+    EXPECT_EQ(idle.WaitForEnd(10), 0);
+}
+
+TEST_F(SpoiltTree, ALoadThatFailsIsTakenBackAtOnceAndTheOthersRun)
+{
+    fs::create_directories(tree_ + "/plugin/failing");
+    fs::copy(KIVO_FAILING_PLUGIN, tree_ + "/plugin/failing/failing.so");
+    KivoRun run({"--profile", GetProfile(), "--quit-at-end", media_.Make("a.wav", 0.2)}, world_);
+    EXPECT_EQ(run.WaitForEnd(20), 0);
+    const std::string& errors = run.GetErrors();
+    const std::size_t takenDown = errors.find("failing: taken down\nfailing: gone\n");
+    EXPECT_NE(takenDown, std::string::npos) << errors;
+    EXPECT_NE(errors.find("plug-in failing can't be loaded: its start failed"), std::string::npos);
+    EXPECT_GT(errors.find("Playing: a.wav"), takenDown);
+}
+
+TEST_F(RunTest, AStartedProgramHasNoneOfTheHeavyLibraries)
+{
+    KivoRun run({"--profile", GetProfile()});
+    ASSERT_TRUE(run.WaitFor("running without a window"));
+    run.Signal(SIGSTOP);
+    std::ifstream file("/proc/" + std::to_string(run.GetPid()) + "/maps");
+    const std::string maps(std::istreambuf_iterator<char>(file), {});
+    run.Signal(SIGCONT);
+    EXPECT_NE(maps.find("libkivo.so"), std::string::npos);
+    for (const char* const name : {"libmpv",
+                                   "libavformat",
+                                   "libtag",
+                                   "WebEngine",
+                                   "libEGL_mesa",
+                                   "libGLX_mesa",
+                                   "libLLVM",
+                                   "libstrophe"})
+        EXPECT_EQ(maps.find(name), std::string::npos) << name;
+}
+
+} // namespace
+} // namespace kivo::test
