@@ -1,0 +1,288 @@
+#include "platform/ui/qt/FlatButton.h"
+
+#include "platform/ui/qt/InputWatch.h"
+#include "platform/ui/qt/Shapes.h"
+#include "platform/ui/qt/SkinLook.h"
+#include "platform/ui/qt/TextLine.h"
+
+#include <QDialog>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace kivo::ui::qt {
+
+namespace {
+
+constexpr int kSquare = 32;
+constexpr int kPicture = 20;
+constexpr int kCellHeight = 38;
+constexpr int kWordEnd = 8; // Behind the word.
+constexpr int kFormSide = 18;
+constexpr int kFormHeight = 32;
+constexpr qreal kRing = 2.0;
+constexpr qreal kLongestWord = 0.4; // Of the strip that the button stands in.
+
+QFont WithWeight(QFont font, QFont::Weight weight)
+{
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
+
+FlatButton::FlatButton(QWidget* parent)
+    : QPushButton(parent)
+{
+    setAutoDefault(false);
+    setFocusPolicy(Qt::TabFocus); // A click leaves the keyboard where it is.
+    setAttribute(Qt::WA_Hover);
+}
+
+FlatButton::Kind FlatButton::KindOf(StringView skinClass)
+{
+    struct Named {
+        StringView name;
+        Kind kind;
+    };
+    static constexpr Named kKinds[] = {
+        {u"big",     Kind::Big    },
+        {u"word",    Kind::Word   },
+        {u"plain",   Kind::Plain  },
+        {u"default", Kind::Default},
+        {u"link",    Kind::Link   },
+    };
+    for (const Named& named : kKinds)
+        if (named.name == skinClass)
+            return named.kind;
+    return Kind::Flat;
+}
+
+void FlatButton::SetKind(Kind kind)
+{
+    kind_ = kind;
+    updateGeometry();
+    update();
+}
+
+void FlatButton::SetPictureFile(const String& file)
+{
+    picture_ = file;
+    updateGeometry();
+    update();
+}
+
+void FlatButton::SetWord(const QString& text)
+{
+    word_ = ToLine(text);
+    QString name = word_;
+    setText(name.replace(u'&', QLatin1String("&&"))); // For screen readers.
+    updateGeometry();
+    update();
+}
+
+void FlatButton::SetOpen(bool open)
+{
+    open_ = open;
+    update();
+}
+
+void FlatButton::SetLabelFont(const QFont& font)
+{
+    setFont(font);
+    updateGeometry();
+}
+
+QSize FlatButton::sizeHint() const
+{
+    const QFontMetrics medium(WithWeight(font(), QFont::Medium));
+    const QFontMetrics bold(WithWeight(font(), QFont::DemiBold));
+    const int grown = medium.height() + 10;
+    switch (kind_) {
+    case Kind::Big: return {44, 44};
+    case Kind::Word: {
+        int width = medium.horizontalAdvance(word_);
+        if (const QWidget* strip = parentWidget(); strip != nullptr && strip->width() > 0)
+            width = std::min(width, static_cast<int>(strip->width() * kLongestWord));
+        return {kSquare + width + 1 + kWordEnd, std::max(kSquare, grown)};
+    }
+    case Kind::Plain:
+    case Kind::Default:
+        return {bold.horizontalAdvance(word_) + 2 * kFormSide, std::max(kFormHeight, grown)};
+    case Kind::Link: return {medium.horizontalAdvance(word_) + 1, std::max(28, grown)};
+    default: return {kSquare, kSquare};
+    }
+}
+
+void FlatButton::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setFont(font());
+    switch (kind_) {
+    case Kind::Big: PaintBig(painter); break;
+    case Kind::Word: PaintWord(painter); break;
+    case Kind::Plain:
+    case Kind::Default: PaintForm(painter); break;
+    case Kind::Link: PaintLink(painter); break;
+    default: PaintFlat(painter); break;
+    }
+}
+
+void FlatButton::keyPressEvent(QKeyEvent* event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && !event->isAutoRepeat() && qobject_cast<QDialog*>(window()) == nullptr) {
+        click();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+bool FlatButton::hitButton(const QPoint& point) const
+{
+    return GetPlace().contains(point);
+}
+
+void FlatButton::enterEvent(QEnterEvent* event)
+{
+    QPushButton::enterEvent(event);
+    update();
+}
+
+void FlatButton::leaveEvent(QEvent* event)
+{
+    QPushButton::leaveEvent(event);
+    update();
+}
+
+QRect FlatButton::GetPlace() const
+{
+    return rect().adjusted(kReach, kReach, -kReach, -kReach);
+}
+
+QRect FlatButton::GetSquare() const
+{
+    const QRect place = GetPlace();
+    const int side = std::min({kSquare, place.width(), place.height()});
+    return QRect(place.x() + (place.width() - side) / 2,
+                 place.y() + (place.height() - side) / 2,
+                 side,
+                 side);
+}
+
+bool FlatButton::IsHovered() const
+{
+    return isEnabled() && underMouse();
+}
+
+bool FlatButton::ShowsRing() const
+{
+    return hasFocus() && InputWatch::IsAtKeys();
+}
+
+QColor FlatButton::GetHoney() const
+{
+    const QColor honey = GetToken(u"honey");
+    if (isDown())
+        return Mix(honey, Qt::black, 0.14);
+    return IsHovered() ? Mix(honey, Qt::white, 0.18) : honey;
+}
+
+void FlatButton::PaintFlat(QPainter& painter) const
+{
+    const QRect square = GetSquare();
+    if (isEnabled() && (isDown() || open_))
+        FillRounded(painter, square, radius::kButton, GetToken(u"press"));
+    else if (IsHovered())
+        FillRounded(painter, square, radius::kButton, GetToken(u"hover"));
+    const QColor tint = isEnabled() ? QColor() : GetToken(u"off");
+    PaintPicture(painter,
+                 square,
+                 picture_,
+                 {},
+                 tint,
+                 isEnabled() ? QStringLiteral("normal") : QStringLiteral("disabled"));
+    if (ShowsRing())
+        DrawFrame(painter, square, radius::kButton, GetToken(u"mark"), kRing);
+}
+
+void FlatButton::PaintBig(QPainter& painter) const
+{
+    const QRectF place = GetPlace();
+    const qreal height = std::min<qreal>(kCellHeight, place.height());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isEnabled() ? GetHoney() : GetToken(u"press"));
+    painter.drawPath(MakeCell(place.center(), height));
+    if (ShowsRing()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(GetToken(u"mark"), kRing));
+        // 2 pixels off the cell's sides: along its height that is more.
+        painter.drawPath(MakeCell(place.center(), height + 7.0));
+    }
+    painter.restore();
+    PaintPicture(painter, GetPlace(), picture_, {}, GetToken(isEnabled() ? u"onhoney" : u"soft"));
+}
+
+void FlatButton::PaintWord(QPainter& painter) const
+{
+    const QRect place = GetPlace();
+    const int height = std::max(kSquare, painter.fontMetrics().height() + 8);
+    const QRect body(place.x(), place.y() + (place.height() - height) / 2, place.width(), height);
+    if (isEnabled() && (isDown() || open_))
+        FillRounded(painter, body, radius::kButton, GetToken(u"press"));
+    else if (IsHovered())
+        FillRounded(painter, body, radius::kButton, GetToken(u"hover"));
+    const QColor off = GetToken(u"off");
+    const QRect icon = QStyle::visualRect(
+        layoutDirection(),
+        body,
+        QRect(body.x() + (kSquare - kPicture) / 2, body.y(), kPicture, body.height()));
+    PaintPicture(painter, icon, picture_, {}, isEnabled() ? QColor() : off);
+    painter.setFont(WithWeight(font(), QFont::Medium));
+    painter.setPen(isEnabled() ? GetToken(u"text") : off);
+    const QRect text =
+        QStyle::visualRect(layoutDirection(), body, body.adjusted(kSquare, 0, -kWordEnd, 0));
+    DrawLine(painter, text, word_, TextSide::Leading, /*elided=*/true);
+    if (ShowsRing())
+        DrawFrame(painter, body, radius::kButton, GetToken(u"mark"), kRing);
+}
+
+void FlatButton::PaintForm(QPainter& painter) const
+{
+    const QRectF body = GetPlace();
+    const bool honey = kind_ == Kind::Default;
+    if (!isEnabled()) {
+        FillRounded(painter, body, radius::kButton, GetToken(honey ? u"press" : u"window"));
+        DrawFrame(painter, body, radius::kButton, GetToken(u"line"), 1.0);
+    } else if (honey) {
+        FillRounded(painter, body, radius::kButton, GetHoney());
+    } else {
+        FillRounded(painter,
+                    body,
+                    radius::kButton,
+                    GetToken(isDown() ? u"press" : (IsHovered() ? u"hover" : u"raised")));
+        DrawFrame(painter, body, radius::kButton, GetToken(u"edge"), 1.0);
+    }
+    painter.setFont(WithWeight(font(), honey ? QFont::DemiBold : QFont::Medium));
+    painter.setPen(GetToken(!isEnabled() ? u"soft" : (honey ? u"onhoney" : u"text")));
+    DrawLine(painter, GetPlace().adjusted(6, 0, -6, 0), word_, TextSide::Centre, /*elided=*/true);
+    if (ShowsRing())
+        DrawFrame(painter, rect(), radius::kButton + kReach, GetToken(u"mark"), kRing);
+}
+
+void FlatButton::PaintLink(QPainter& painter) const
+{
+    QFont line = WithWeight(font(), QFont::Medium);
+    line.setUnderline(true);
+    painter.setFont(line);
+    painter.setPen(GetToken(isEnabled() ? (isDown() ? u"text" : u"ink") : u"off"));
+    DrawLine(painter, GetPlace(), word_, TextSide::Leading, /*elided=*/true);
+    if (ShowsRing())
+        DrawFrame(painter, rect().adjusted(0, 2, 0, -2), radius::kEntry, GetToken(u"mark"), kRing);
+}
+
+} // namespace kivo::ui::qt

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+class QPainter;
+
+// Text on the screen: plain, in its own direction, at the side that the window's direction gives.
+// Thread: user interface.
+namespace kivo::ui::qt {
+
+enum class TextSide { Leading, Centre, Trailing };
+[[nodiscard]] TextSide SideOf(int alignment); // A number of namespace align.
+
+// One line: control characters and line ends become blanks; cut to what a line can show.
+[[nodiscard]] QString ToLine(const QString& text);
+
+// In the painter's font and pen. `elided`: what doesn't fit ends in "…", at the text's own end.
+void DrawLine(
+    QPainter& painter, const QRect& place, const QString& text, TextSide side, bool elided);
+
+// Wrapped at words; from the top.
+void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side);
+
+} // namespace kivo::ui::qt
