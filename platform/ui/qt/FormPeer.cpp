@@ -15,6 +15,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <vector>
 
 namespace kivo::ui::qt {
 
@@ -27,9 +28,20 @@ public:
         : QDialog(owner, Qt::Window)
         , form_(&form)
     {
+        GetAll().push_back(this);
     }
+    FormWidget(const FormWidget&) = delete;
+    FormWidget& operator=(const FormWidget&) = delete;
+    ~FormWidget() override { std::erase(GetAll(), this); }
 
     void Detach() { form_ = nullptr; }
+    [[nodiscard]] CSkinForm* GetForm() const { return form_; }
+
+    static std::vector<FormWidget*>& GetAll()
+    {
+        static std::vector<FormWidget*> all;
+        return all;
+    }
 
     // What the plain form does to the window must not come back as the user's doing.
     void Place(const QRect& place, bool move)
@@ -273,6 +285,23 @@ private:
 };
 
 } // namespace
+
+void ResetForms()
+{
+    const std::vector<FormWidget*> all = FormWidget::GetAll();
+    for (const FormWidget* widget : all) {
+        CSkinForm* form = widget->GetForm();
+        if (form == nullptr)
+            continue;
+        form->ResetSkinData();
+        form->RePositionSubControls();
+    }
+}
+
+bool IsForm(const QWidget& widget)
+{
+    return dynamic_cast<const FormWidget*>(&widget) != nullptr;
+}
 
 std::unique_ptr<IFormPeer> MakeFormPeer(CSkinForm& form)
 {

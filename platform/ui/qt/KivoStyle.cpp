@@ -126,8 +126,11 @@ void DrawMenuEntry(QPainter& painter, const QStyleOptionMenuItem& option)
         colour = GetToken(u"onhoney");
     if (option.checked) {
         const QRect place(rect.x() + 2, rect.y(), 16, rect.height());
-        PaintPicture(
-            painter, QStyle::visualRect(option.direction, rect, place), u"check.png", {}, colour);
+        PaintPicture(painter,
+                     QStyle::visualRect(option.direction, rect, place),
+                     u"public\\check.png",
+                     {},
+                     colour);
     }
     painter.save();
     painter.setFont(option.font);

@@ -121,6 +121,14 @@ QColor GetRoleColour(StringView name)
 
 QColor Resolve(const SkinColour& colour)
 {
+    // The colour alone is left of the class that it came from.
+    if (highContrast && colour.role.empty()) {
+        for (const ContrastRole& entry : kContrastRoles) {
+            const SkinColour token = CSkinManager::GetInstance()->GetClassColour(entry.token);
+            if (token.isMapped && token.rgb == colour.rgb)
+                return GetContrastColour(entry.token);
+        }
+    }
     return colour.role.empty() ? QColor(QRgb{colour.rgb}) : GetToken(colour.role);
 }
 

@@ -89,6 +89,14 @@ bool ApplyCommon(const CSkinObject& control, QWidget& widget, Change change, con
         widget.setGeometry(
             ToQt(control.GetBoundsRect()).translated(OriginIn(control)).marginsAdded(reach));
         return true;
+    case Change::Parent:
+        if (QWidget* parent = ParentWidgetOf(control);
+            !widget.isWindow() && widget.parentWidget() != parent) {
+            widget.setParent(parent);
+            ApplyCommon(control, widget, Change::Bounds, reach);
+            ApplyCommon(control, widget, Change::Visible, reach);
+        }
+        return true;
     case Change::Visible: widget.setVisible(control.IsSetVisible()); return true;
     case Change::Enabled: widget.setEnabled(control.IsEnabled()); return true;
     case Change::Name:
