@@ -13,6 +13,7 @@
 #include "shell/contracts/framework/Paths.h"
 #include "shell/contracts/host/KivoApi.h"
 #include "shell/contracts/ui/SkinForm.h"
+#include "shell/contracts/ui/SkinWebBrowser.h"
 #include "shell/contracts/ui/SkinWndManager.h"
 #include "shell/desktop/TuneHiveRemote.h"
 #include "shell/TuneHiveWindow.h"
@@ -66,6 +67,7 @@ CPlugin_TuneHiveApp::~CPlugin_TuneHiveApp() = default;
 int CPlugin_TuneHiveApp::InitInstance()
 {
     CWinApp::InitInstance();
+    ui::CSkinWebBrowser::InitControlContainer();
     if (LoadHostLibrary() == 0)
         return 0;
     _RegisterMsgInstance(this);
@@ -74,6 +76,7 @@ int CPlugin_TuneHiveApp::InitInstance()
 
 int CPlugin_TuneHiveApp::ExitInstance()
 {
+    ui::CSkinWebBrowser::UninitControlContainer();
     _UnRegisterMsgInstance(this);
     FreeHostLibrary();
     return CWinApp::ExitInstance();
@@ -123,11 +126,12 @@ int CPlugin_TuneHiveApp::OnUnLoad()
 {
     if (isLoaded_ == 0)
         return 1;
-    if (window_) {
+    if (window_)
         window_->RemoveSign();
-        // The host has stopped the work already; another host may not.
-        if (IMediaLibManager* library = FindMediaLibManager())
-            static_cast<void>(library->StopWork(kStopTimeoutMs));
+    // The host has stopped the work already; another host may not.
+    if (IMediaLibManager* library = FindMediaLibManager())
+        static_cast<void>(library->StopWork(kStopTimeoutMs));
+    if (window_) {
         ui::CSkinForm* form = window_->GetOwnerForm();
         if (window_->IsVisible() && form != nullptr)
             form->SetDefaultFocusObj(nullptr);

@@ -18,6 +18,8 @@
 #include "tree/MediaTreePanel.h"
 #include "tree/ToolPanel.h"
 
+#include <utility>
+
 namespace kivo::tunehive {
 
 namespace {
@@ -61,7 +63,10 @@ TuneHiveWindow::TuneHiveWindow(CWnd* parent, IPlugin* plugin)
     SetBuildName(u"Plugins TuneHiveWindow");
 }
 
-TuneHiveWindow::~TuneHiveWindow() = default;
+TuneHiveWindow::~TuneHiveWindow()
+{
+    ReleaseVolForm(); // A host may drop a page that it has not closed.
+}
 
 void TuneHiveWindow::Release()
 {
@@ -155,10 +160,14 @@ int TuneHiveWindow::ClosePage()
     remote_.reset();
     if (CMediaTree* tree = GetTree())
         tree->SaveAllGroups();
-    if (volForm_ != nullptr)
-        volForm_->Release();
-    volForm_ = nullptr;
+    ReleaseVolForm();
     return 1;
+}
+
+void TuneHiveWindow::ReleaseVolForm()
+{
+    if (CVolForm* const form = std::exchange(volForm_, nullptr))
+        form->Release();
 }
 
 IPlayingList* TuneHiveWindow::GetPlayingList()

@@ -53,6 +53,8 @@ public:
     // Null before CreatePage and after the window's end.
     [[nodiscard]] CPlayerPanel* GetPlayerPanel() const { return playerPanel_; }
     [[nodiscard]] CLyricPanel* GetLyricPanel() const { return lyricPanel_; }
+    [[nodiscard]] CVolForm* GetVolForm() const { return volForm_; } // Null after ClosePage too.
+    [[nodiscard]] ui::CSkinSplitter* GetSplitter() const { return splitter_; }
     [[nodiscard]] CMediaTree* GetTree() const;
     [[nodiscard]] TuneHiveRemote* GetRemote() const { return remote_.get(); } // While it is open.
 
@@ -62,6 +64,7 @@ private:
     void CreateTreePanel();
     void CreateLyricPanel();
     bool OpenPane();
+    void ReleaseVolForm();
 
     IPlugin* plugin_;
     CPlayerPanel* playerPanel_ = nullptr;

@@ -13,9 +13,16 @@ FakeHost* current = nullptr;
 }
 
 struct FakeServices {
+    static void Record(const char* name)
+    {
+        current->calls.emplace_back(name);
+        if (current->onCall)
+            current->onCall(name);
+    }
+
     static int RegisterWindow(IPluginWindow* window)
     {
-        current->calls.emplace_back("_KivoAPI_RegisterPluginWindow");
+        Record("_KivoAPI_RegisterPluginWindow");
         if (current->acceptsWindow != 0)
             current->windows.push_back(window);
         return current->acceptsWindow;
@@ -23,42 +30,42 @@ struct FakeServices {
 
     static int UnregisterWindow(IPluginWindow* window)
     {
-        current->calls.emplace_back("_KivoAPI_UnregisterPluginWindow");
+        Record("_KivoAPI_UnregisterPluginWindow");
         std::erase(current->windows, window);
         return 1;
     }
 
     static int
-    SetStateSign(IPlugin* plugin, const String* kind, const String* title, const Property* /*sign*/)
+    SetStateSign(IPlugin* plugin, const String* kind, const String* title, const Property* sign)
     {
-        current->calls.emplace_back("_KivoAPI_PluginSetStateSign");
-        current->signs.push_back({plugin, *kind, *title});
+        Record("_KivoAPI_PluginSetStateSign");
+        current->signs.push_back({plugin, *kind, *title, sign != nullptr ? *sign : Property()});
         return 1;
     }
 
     static int RemoveStateSign(IPlugin* /*plugin*/)
     {
-        current->calls.emplace_back("_KivoAPI_PluginRemoveStateSign");
+        Record("_KivoAPI_PluginRemoveStateSign");
         current->signs.clear();
         return 1;
     }
 
     static int IsShowMediaState()
     {
-        current->calls.emplace_back("_KivoAPI_IsShowMediaState");
+        Record("_KivoAPI_IsShowMediaState");
         return current->showsMediaState;
     }
 
     static int GetMyUid(String* uid)
     {
-        current->calls.emplace_back("_KivoAPI_GetMyUid");
+        Record("_KivoAPI_GetMyUid");
         *uid = current->uid;
         return 1;
     }
 
     static int GetMyDir(String* directory)
     {
-        current->calls.emplace_back("_KivoAPI_GetMyDir");
+        Record("_KivoAPI_GetMyDir");
         if (current->directory.empty())
             return 0;
         *directory = current->directory;
@@ -78,14 +85,14 @@ struct FakeServices {
                      const String* filter,
                      int always)
     {
-        current->calls.emplace_back("_KivoAPI_Watch");
+        Record("_KivoAPI_Watch");
         current->watches.push_back({watcher, *delegate, *key, *filter, always});
         return 1;
     }
 
     static int Revoke(void* watcher)
     {
-        current->calls.emplace_back("_KivoAPI_Revoke");
+        Record("_KivoAPI_Revoke");
         std::erase_if(current->watches,
                       [watcher](const auto& watch) { return watch.watcher == watcher; });
         return 1;
@@ -93,21 +100,21 @@ struct FakeServices {
 
     static int RegisterInstance(void* instance)
     {
-        current->calls.emplace_back("_RegisterMsgInstance");
+        Record("_RegisterMsgInstance");
         current->instances.push_back(instance);
         return 1;
     }
 
     static int UnregisterInstance(void* instance)
     {
-        current->calls.emplace_back("_UnRegisterMsgInstance");
+        Record("_UnRegisterMsgInstance");
         std::erase(current->instances, instance);
         return 1;
     }
 
     static int GetText(const String* id, String* text)
     {
-        current->calls.emplace_back("_GetStringViaID");
+        Record("_GetStringViaID");
         const auto found = current->texts.find(*id);
         *text = found != current->texts.end() ? found->second : *id;
         return 1;
@@ -120,7 +127,7 @@ struct FakeServices {
                        int* result,
                        int /*reserved*/)
     {
-        current->calls.emplace_back("_ShowMsgBox");
+        Record("_ShowMsgBox");
         current->boxes.push_back({code, *title, *message, style});
         current->duringBox();
         int answer = 0;
@@ -135,7 +142,7 @@ struct FakeServices {
 
     static int CountTag(const int* tag)
     {
-        current->calls.emplace_back("_KivoAPI_STAT_TAG_INCREASE");
+        Record("_KivoAPI_STAT_TAG_INCREASE");
         current->tags.push_back(*tag);
         return 1;
     }

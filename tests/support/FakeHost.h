@@ -1,9 +1,11 @@
 #pragma once
 
+#include "shell/contracts/base/Property.h"
 #include "shell/contracts/host/KivoApi.h"
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -60,6 +62,7 @@ public:
         IPlugin* plugin;
         String kind;
         String title;
+        Property record;
     };
     std::vector<std::string> calls; // Names in order, but for the posts.
     std::vector<Box> boxes;
@@ -69,8 +72,8 @@ public:
     std::vector<int> tags;
     std::vector<void*> instances; // Modules registered now.
 
-    // Runs inside each modal box, before it is answered.
-    Delegate<> duringBox;
+    Delegate<> duringBox; // Runs inside each modal box, before it is answered.
+    std::function<void(const std::string&)> onCall; // Runs inside each call but the posts.
 
 private:
     friend struct FakeServices;
