@@ -60,33 +60,39 @@ void CSkinTree::RemoveTreeItems(const std::vector<CSkinTreeItem*>& rows)
 {
     BeginUpdate();
     std::vector<CSkinTreeItem*> going;
-    std::vector<CSkinTreeItem*> parents;
-    for (CSkinTreeItem* row : rows) {
-        if (row == nullptr || row->parentItem_ == nullptr || row->marked_)
-            continue;
-        row->marked_ = true;
-        going.push_back(row);
-        if (parents.empty() || parents.back() != row->parentItem_)
-            parents.push_back(row->parentItem_);
-    }
+    for (CSkinTreeItem* row : rows)
+        if (row != nullptr && row->parentItem_ != nullptr && !std::exchange(row->marked_, true))
+            going.push_back(row);
     // A row below another that goes is freed with that one.
-    std::erase_if(going, [](const CSkinTreeItem* row) {
-        for (const CSkinTreeItem* above = row->parentItem_; above != nullptr;
-             above = above->parentItem_)
-            if (above->marked_)
-                return true;
-        return false;
-    });
-    std::sort(parents.begin(), parents.end());
-    parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
-    if (going.size() == 1)
+    const auto below = std::stable_partition(
+        going.begin(), going.end(), [](CSkinTreeItem* row) { return !IsBelowMarked(row); });
+    std::for_each(below, going.end(), [](CSkinTreeItem* row) { row->marked_ = false; });
+    going.erase(below, going.end());
+
+    if (going.size() == 1) {
         going.front()->parentItem_->TakeOut(going.front());
-    else
+    } else {
+        std::vector<CSkinTreeItem*> parents;
+        for (const CSkinTreeItem* row : going)
+            if (parents.empty() || parents.back() != row->parentItem_)
+                parents.push_back(row->parentItem_);
+        std::sort(parents.begin(), parents.end());
+        parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
         for (CSkinTreeItem* parent : parents)
             parent->TakeOutMarked();
+    }
     for (CSkinTreeItem* row : going)
         row->Release();
     EndUpdate(1);
+}
+
+bool CSkinTree::IsBelowMarked(const CSkinTreeItem* row)
+{
+    for (const CSkinTreeItem* above = row->parentItem_; above != nullptr;
+         above = above->parentItem_)
+        if (above->marked_)
+            return true;
+    return false;
 }
 
 void CSkinTree::InsertListItem(CSkinListItem* row, int /*position*/)
@@ -260,7 +266,7 @@ void CSkinTree::OnRowGone(CSkinListItem* row)
     if (IsDying())
         return;
     const auto* item = static_cast<const CSkinTreeItem*>(row);
-    if (item->children_ || item->touched_) {
+    if (item->children_ || item->touched_ || item->folding_) {
         Forget(changes_.touchedParents, item);
         Forget(changes_.folded, item);
         lastParent_ = nullptr;
@@ -272,6 +278,8 @@ void CSkinTree::OnSync()
 {
     for (CSkinTreeItem* parent : changes_.touchedParents)
         parent->touched_ = false;
+    for (CSkinTreeItem* row : changes_.folded)
+        row->folding_ = false;
 }
 
 void CSkinTree::OnChildrenTouched(CSkinTreeItem* parent)
@@ -300,7 +308,7 @@ void CSkinTree::OnFolding(CSkinTreeItem* row)
 void CSkinTree::OnExpanded(CSkinTreeItem* row)
 {
     lastParent_ = nullptr;
-    if (std::find(changes_.folded.begin(), changes_.folded.end(), row) == changes_.folded.end())
+    if (!std::exchange(row->folding_, true))
         changes_.folded.push_back(row);
     Sync();
 }

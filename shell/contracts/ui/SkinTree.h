@@ -18,7 +18,7 @@ public:
     // Takes the row out of its parent and frees it with its children. Null does nothing.
     void RemoveTreeItem(CSkinTreeItem* row);
     // The same for many at once: each parent's gaps close in one pass. Rows named twice, or below
-    // another named one, are freed once.
+    // another named one, are freed once. Not while a clear is under way: it looks at each child.
     void RemoveTreeItems(const std::vector<CSkinTreeItem*>& rows);
 
     void InsertListItem(CSkinListItem* row, int position) override;
@@ -49,6 +49,7 @@ private:
     void AppendShown(const CSkinTreeItem* row, CPtrArray& rows) const;
     // The place of a row's first child; -1: its children don't show.
     [[nodiscard]] int FirstPlaceBelow(const CSkinTreeItem* row) const;
+    [[nodiscard]] static bool IsBelowMarked(const CSkinTreeItem* row);
     [[nodiscard]] bool VisitBelow(const CSkinTreeItem* row, const RowVisitor& visit) const;
 
     CSkinTreeItem* root_ = nullptr;

@@ -70,8 +70,9 @@ private:
     mutable std::int32_t hint_ = 0;      // About where it stands among its siblings.
     bool isGroup_ = false;
     bool expanded_ = false;
-    bool touched_ = false;
-    bool marked_ = false; // For the length of RemoveTreeItems.
+    bool touched_ = false; // Among the changes of the tree, and
+    bool folding_ = false; // the same for its fold.
+    bool marked_ = false;  // For the length of RemoveTreeItems.
 };
 
 } // namespace kivo::ui
