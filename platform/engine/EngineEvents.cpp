@@ -100,7 +100,6 @@ void Engine::ReadFacts()
     duration_ = GetTellableLength(facts_, address_.kind == AddressKind::Network);
     const double standing = facts_.hasVideo ? std::min(facts_.frameSeconds, kLongestPicture) : 0;
     watchdog_.SetPatience(static_cast<std::int64_t>(1000 * standing));
-    parts_->GetRender().SetOpen(facts_.hasVideo);
     if (WaveFile* const wave = parts_->GetWave())
         PrepareSamples(GetCore(), facts_, *wave);
 }
@@ -124,6 +123,8 @@ void Engine::OnRestart()
         return; // A seek.
     stage_ = Stage::Started;
     failedFiles_.clear();
+    // Not earlier: until then the core may draw the last picture of the medium before.
+    parts_->GetRender().SetOpen(facts_.hasVideo);
     Report(EngineState::Playing);
     if (isPaused_)
         RestPaused();

@@ -102,8 +102,7 @@ struct RenderThread::Impl {
     bool isRedrawn = false; // The surface needs the picture that it has once more.
     bool isStopped = false;
     Surface surface;
-    unsigned opening = 0;  // Counts SetOpen: what is drawn for an older one isn't shown.
-    bool hasFrame = false; // The core has a picture of the open medium, drawn or not.
+    unsigned opening = 0; // Counts SetOpen: what is drawn for an older one isn't shown.
     bool hasFront = false;
     bool isAnnounced = false;
     Image front;
@@ -182,10 +181,9 @@ void RenderThread::Impl::Turn(mpv_render_context* context, std::unique_lock<std:
     const bool isNew =
         isAsked && (mpv_render_context_update(context) & MPV_RENDER_UPDATE_FRAME) != 0;
     lock.lock();
-    hasFrame = hasFrame || (isNew && surface.open);
     const Surface current = surface;
     const unsigned currentOpening = opening;
-    const bool isDrawn = current.IsDrawn() && (isNew || (isRedraw && hasFrame));
+    const bool isDrawn = current.IsDrawn() && (isNew || isRedraw);
     lock.unlock();
 
     if (isDrawn) {
@@ -248,11 +246,15 @@ void RenderThread::SetOpen(bool open)
     const std::lock_guard<std::mutex> lock(impl_->mutex);
     impl_->surface.open = open;
     ++impl_->opening;
-    impl_->hasFrame = false;
     impl_->hasFront = false;
     impl_->isAnnounced = false;
-    if (!open)
+    if (!open) {
         impl_->front.Resize(0, 0);
+        return;
+    }
+    // The first picture was there before, and was dropped.
+    impl_->isRedrawn = true;
+    impl_->wake.notify_one();
 }
 
 bool RenderThread::PaintFrame(const std::function<void(const VideoFrame&)>& paint)

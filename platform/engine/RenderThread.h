@@ -25,7 +25,8 @@ public:
     // Device pixels; hidden or empty: pictures are taken from the core and dropped.
     void SetSurface(int width, int height, bool visible);
 
-    // The pictures of a medium are shown from here on, or no longer; those before it are forgotten.
+    // The pictures of a medium are shown from here on, the one that the core has first, or no
+    // longer; those before are forgotten.
     void SetOpen(bool open);
 
     // False: no picture of the open medium has been drawn yet.
