@@ -13,8 +13,10 @@ namespace kivo::ui {
 class CSkinObject;
 
 // Makes controls from the elements of a build file: `panel button label edit combo slider photo
-// splitter list browser`, with the attributes of docs/formats. A control with a window of its own
-// gets its peer by its Create, all others here.
+// splitter list browser`. Attributes of all: `id dock bounds width height min-width min-height
+// margin padding gap visible text tip name skin picture`; of a label `buddy multiline align`, of a
+// slider `vertical`, of an edit `password`. A control with a window of its own gets its peer by its
+// Create, all others here.
 class BuildReader {
 public:
     // Applies the node's attributes to the object, makes its controls, and gives each its first

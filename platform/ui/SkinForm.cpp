@@ -139,6 +139,9 @@ void CSkinForm::SetDefaultOKButton(CSkinObject* button)
 void CSkinForm::SetDefaultFocusObj(CSkinObject* object)
 {
     focusObject_ = object;
+    const IFormPeer* peer = FormPeerOf(*this);
+    if (active_ && peer != nullptr && !peer->HasFocus())
+        OnActivate(/*active=*/true);
 }
 
 void CSkinForm::FocusObject(CSkinObject* object)

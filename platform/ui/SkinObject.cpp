@@ -3,9 +3,11 @@
 #include "platform/ui/BuildReader.h"
 #include "platform/ui/Layout.h"
 #include "platform/ui/Peers.h"
+#include "shell/contracts/framework/Threads.h"
 #include "shell/contracts/ui/SkinForm.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace kivo::ui {
 
@@ -37,20 +39,28 @@ Size SizeOf(const Rect& rect)
     return {WidthOf(rect), HeightOf(rect)};
 }
 
+// Controls belong to the thread that made the first one.
+[[maybe_unused]] bool IsUserInterfaceThread()
+{
+    static const ThreadId thread = GetCurrentThreadId();
+    return thread == GetCurrentThreadId();
+}
+
 } // namespace
 
-CSkinObject::CSkinObject() = default;
+CSkinObject::CSkinObject()
+{
+    assert(IsUserInterfaceThread());
+}
 
 CSkinObject::~CSkinObject()
 {
+    assert(IsUserInterfaceThread());
     EndLife();
     ReleaseControls();
-    if (parent_ != nullptr) {
-        if (CSkinForm* form = parent_->GetOwnerForm())
-            form->ForgetObject(this);
-        parent_->UnregisterControl(this);
-    }
     DestroyPeer();
+    if (parent_ != nullptr)
+        parent_->UnregisterControl(this);
 }
 
 void CSkinObject::Release()
@@ -109,9 +119,19 @@ void CSkinObject::UnregisterControl(CSkinObject* child)
 {
     if (child == nullptr || child->parent_ != this)
         return;
+    if (CSkinForm* form = GetOwnerForm())
+        child->LeaveForm(*form);
     std::erase(GetExtra().controls, child);
     child->parent_ = nullptr;
     child->Tell(Change::Parent);
+}
+
+// The form can't hear of the end of what isn't below it any more.
+void CSkinObject::LeaveForm(CSkinForm& form)
+{
+    form.ForgetObject(this);
+    for (CSkinObject* control : GetControls())
+        control->LeaveForm(form);
 }
 
 const std::vector<CSkinObject*>& CSkinObject::GetControls() const
@@ -450,6 +470,7 @@ void CSkinObject::DestroyPeer()
 
 void CSkinObject::Tell(Change change)
 {
+    assert(IsUserInterfaceThread());
     if (IPeer* peer = GetPeer())
         peer->Apply(change);
 }

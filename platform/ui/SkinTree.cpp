@@ -266,6 +266,12 @@ void CSkinTree::OnRowGone(CSkinListItem* row)
     if (IsDying())
         return;
     const auto* item = static_cast<const CSkinTreeItem*>(row);
+    // The view has to hear of a parent whose child array is emptied later; not yet, since the array
+    // may hold freed rows until then.
+    if (CSkinTreeItem* parent = item->parentItem_; parent != nullptr && !parent->touched_) {
+        parent->touched_ = true;
+        changes_.touchedParents.push_back(parent);
+    }
     if (item->children_ || item->touched_ || item->folding_) {
         Forget(changes_.touchedParents, item);
         Forget(changes_.folded, item);

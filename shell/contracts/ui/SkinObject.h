@@ -143,6 +143,7 @@ private:
     struct Extra; // What a row never has; made when first written.
 
     Extra& GetExtra() const;
+    void LeaveForm(CSkinForm& form);
 
     String id_;
     CSkinObject* parent_ = nullptr;

@@ -2,6 +2,7 @@
 #include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinForm.h"
 #include "shell/contracts/ui/SkinManager.h"
+#include "shell/contracts/ui/SkinPanel.h"
 #include "shell/contracts/ui/SkinWebBrowser.h"
 #include "shell/contracts/ui/SkinWndManager.h"
 #include "shell/contracts/ui/SWColorEdit.h"
@@ -215,6 +216,19 @@ TEST_F(Forms, WhatGoesIsForgotten)
     EXPECT_EQ(form.GetDefaultOKButton(), nullptr);
     form.WindowProc(wndmessage::kActivate, 1, 0);
     EXPECT_TRUE(form.IsActive());
+}
+
+TEST_F(Forms, AnOwnPageThatLeavesTheFormTakesItsFocusAlong)
+{
+    CSkinForm form;
+    form.Create(wndstyle::kPopup, u"F", u"", {}, nullptr, 0);
+    CSkinPanel page;
+    auto* list = new CSkinButton;
+    page.RegisterControl(list);
+    form.RegisterControl(&page);
+    form.SetDefaultFocusObj(list);
+    form.UnregisterControl(&page);
+    EXPECT_EQ(form.GetDefaultFocusObj(), nullptr);
 }
 
 TEST_F(Forms, TheMainFormIsForgottenWithItsEnd)

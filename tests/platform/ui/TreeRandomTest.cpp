@@ -218,8 +218,7 @@ private:
             tree_->RemoveItem(tree_->LocateRow(going));
             going->Release();
         }
-        group.GetChildren().clear();
-        group.ChildrenChanged();
+        group.GetChildren().clear(); // The tree knows by the rows' ends.
         tree_->EndUpdate(1);
         model_[index].rows.clear();
     }
