@@ -6,9 +6,11 @@ namespace kivo::tunehive {
 
 const PackedText* ItemPathIndex::Add(std::uint64_t track, StringView path)
 {
-    const auto place = tracks_.lower_bound(path);
-    if (place == tracks_.end() || place->first.Compare(path) != 0)
-        return &tracks_.emplace_hint(place, PackedText(path), Tracks{track, nullptr})->first;
+    // Packed before the search: two packed texts compare many times faster than a packed one and a
+    // plain one.
+    const auto [place, isNew] = tracks_.try_emplace(PackedText(path), Tracks{track, nullptr});
+    if (isNew)
+        return &place->first;
     Tracks& tracks = place->second;
     if (tracks.others == nullptr)
         tracks.others = std::make_unique<std::set<std::uint64_t>>();

@@ -18,6 +18,35 @@ std::uint32_t ReadHeader(const std::byte* block)
     return header;
 }
 
+// Hands the units over as what they are stored as.
+template <class Function>
+auto WithUnits(const std::byte* block, Function function)
+{
+    const std::uint32_t header = ReadHeader(block);
+    const std::byte* const units = block + kHeader;
+    const std::size_t length = header & ~kWide;
+    if ((header & kWide) != 0)
+        return function(reinterpret_cast<const char16_t*>(units), length);
+    return function(reinterpret_cast<const unsigned char*>(units), length);
+}
+
+template <class A, class B>
+int CompareUnits(const A* a, std::size_t aLength, const B* b, std::size_t bLength)
+{
+    const std::size_t length = std::min(aLength, bLength);
+    if constexpr (sizeof(A) == 1 && sizeof(B) == 1) {
+        if (const int order = std::memcmp(a, b, length); order != 0)
+            return order;
+    } else {
+        const auto [left, right] = std::mismatch(a, a + length, b);
+        if (left != a + length)
+            return *left < *right ? -1 : 1;
+    }
+    if (aLength == bLength)
+        return 0;
+    return aLength < bLength ? -1 : 1;
+}
+
 } // namespace
 
 PackedText::PackedText(StringView text)
@@ -41,50 +70,27 @@ PackedText::PackedText(StringView text)
 
 String PackedText::Unpack() const
 {
-    String text(block_ != nullptr ? GetLength() : 0, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i)
-        text[i] = GetUnit(i);
-    return text;
+    if (block_ == nullptr)
+        return {};
+    return WithUnits(block_.get(), [](const auto* units, std::size_t length) {
+        return String(units, units + length);
+    });
 }
 
 int PackedText::Compare(const PackedText& other) const
 {
-    return CompareUnits(other.GetLength(), [&other](std::size_t i) { return other.GetUnit(i); });
+    return WithUnits(block_.get(), [&other](const auto* a, std::size_t aLength) {
+        return WithUnits(other.block_.get(), [a, aLength](const auto* b, std::size_t bLength) {
+            return CompareUnits(a, aLength, b, bLength);
+        });
+    });
 }
 
 int PackedText::Compare(StringView text) const
 {
-    return CompareUnits(text.size(), [text](std::size_t i) { return text[i]; });
-}
-
-std::size_t PackedText::GetLength() const
-{
-    return ReadHeader(block_.get()) & ~kWide;
-}
-
-char16_t PackedText::GetUnit(std::size_t index) const
-{
-    const std::byte* const units = block_.get() + kHeader;
-    if ((ReadHeader(block_.get()) & kWide) == 0)
-        return static_cast<char16_t>(units[index]);
-    char16_t unit = 0;
-    std::memcpy(&unit, units + index * sizeof unit, sizeof unit);
-    return unit;
-}
-
-template <class GetOther>
-int PackedText::CompareUnits(std::size_t otherLength, GetOther getOther) const
-{
-    const std::size_t length = GetLength();
-    const std::size_t common = std::min(length, otherLength);
-    for (std::size_t i = 0; i < common; ++i) {
-        const int difference = GetUnit(i) - getOther(i);
-        if (difference != 0)
-            return difference;
-    }
-    if (length == otherLength)
-        return 0;
-    return length < otherLength ? -1 : 1;
+    return WithUnits(block_.get(), [text](const auto* units, std::size_t length) {
+        return CompareUnits(units, length, text.data(), text.size());
+    });
 }
 
 } // namespace kivo::tunehive

@@ -23,11 +23,6 @@ public:
     [[nodiscard]] int Compare(StringView text) const;
 
 private:
-    [[nodiscard]] std::size_t GetLength() const;
-    [[nodiscard]] char16_t GetUnit(std::size_t index) const;
-    template <class GetOther>
-    [[nodiscard]] int CompareUnits(std::size_t otherLength, GetOther getOther) const;
-
     // A word of length and width, then the units, one byte or two each.
     std::unique_ptr<std::byte[]> block_;
 };
