@@ -17,7 +17,6 @@
 #include "shell/contracts/ui/SkinWndManager.h"
 #include "shell/desktop/TuneHiveRemote.h"
 #include "shell/TuneHiveWindow.h"
-#include "tree/MediaTree.h"
 
 #include <algorithm>
 #include <string_view>
@@ -179,15 +178,14 @@ void CPlugin_TuneHiveApp::OnSignatureFun(String user, Property sign)
 
 void CPlugin_TuneHiveApp::PlaySigned(const String& url, const String& title)
 {
-    CMediaTree* tree = window_ ? window_->GetTree() : nullptr;
-    if (tree == nullptr)
+    if (!window_)
         return;
-    window_->StopPlayer();
     const String group(kPlayingGroup);
     String sid;
-    tree->AddTrack(group, url, title, /*allowDuplicate=*/0, sid);
-    tree->ExpandGroup(group);
-    tree->PlayTrack(group, sid);
+    window_->StopPlayer();
+    window_->AddTrack(group, url, title, /*allowDuplicate=*/0, sid);
+    window_->ExpandGroup(group);
+    window_->PlayTrack(group, sid);
 }
 
 void CPlugin_TuneHiveApp::ShowPage()

@@ -158,6 +158,7 @@ void TuneHiveWindow::CreateLyricPanel()
 int TuneHiveWindow::ClosePage()
 {
     remote_.reset();
+    CloseMusicCabinet();
     if (CMediaTree* tree = GetTree())
         tree->SaveAllGroups();
     ReleaseVolForm();
@@ -279,6 +280,56 @@ void TuneHiveWindow::StopPlayer()
 {
     if (playerPanel_ != nullptr)
         playerPanel_->StopPlayback(0);
+}
+
+void TuneHiveWindow::AddTrack(
+    const String& group, const String& url, const String& name, int allowDuplicate, String& sid)
+{
+    sid.clear();
+    if (CMediaTree* tree = GetTree())
+        tree->AddTrack(group, url, name, allowDuplicate, sid);
+}
+
+void TuneHiveWindow::ExpandGroup(const String& group)
+{
+    if (CMediaTree* tree = GetTree())
+        tree->ExpandGroup(group);
+}
+
+void TuneHiveWindow::PlayTrack(const String& group, const String& sid)
+{
+    if (CMediaTree* tree = GetTree())
+        tree->PlayTrack(group, sid);
+}
+
+int TuneHiveWindow::ShowAddURLForm(CWnd* parent, String& group, String& url, String& name)
+{
+    return pickers_->ShowAddURLForm(parent, group, url, name);
+}
+
+void TuneHiveWindow::OpenMusicCabinet()
+{
+    if (cabinet_ != nullptr && cabinetLife_.IsAlive()) {
+        cabinet_->BringToTop();
+        return;
+    }
+    cabinet_ = new CMusicCabForm(this);
+    cabinetLife_ = cabinet_->Watch();
+    if (cabinet_->Create(GetParentWnd()) != 0 && cabinet_->HasBrowser()) {
+        cabinet_->ShowWindow(kShowCommand);
+        return;
+    }
+    CloseMusicCabinet();
+    const String title = GetLanguageText(u"STRID_TUNEHIVE_MUSICCAB");
+    const String message = GetLanguageText(u"STRID_TUNEHIVE_WEB_MISSING");
+    _ShowMsgBox(41, &title, &message, 1, nullptr, 0);
+}
+
+void TuneHiveWindow::CloseMusicCabinet()
+{
+    if (cabinet_ != nullptr && cabinetLife_.IsAlive())
+        cabinet_->Release();
+    cabinet_ = nullptr;
 }
 
 void TuneHiveWindow::RemoveSign()

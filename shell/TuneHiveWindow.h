@@ -1,7 +1,9 @@
 #pragma once
 
+#include "forms/MusicCabForm.h"
 #include "player/IPage.h"
 #include "shell/contracts/base/IPluginWindow.h"
+#include "shell/contracts/base/LifeToken.h"
 
 #include <memory>
 
@@ -23,7 +25,7 @@ class TuneHiveRemote;
 // The page that the plug-in adds to the host's main form: player panel, tool panel, and a splitter
 // with the tree of groups above and the picture below. Panels know it and nothing else of their
 // neighbours. Thread: user interface.
-class TuneHiveWindow : public IPluginWindow, public IPage {
+class TuneHiveWindow : public IPluginWindow, public IPage, public IMusicCabOwner {
 public:
     // `parent` and `plugin` are borrowed.
     TuneHiveWindow(CWnd* parent, IPlugin* plugin);
@@ -47,8 +49,19 @@ public:
     void LayOut() override;
     [[nodiscard]] IPlugin* GetPlugin() override { return plugin_; }
 
-    void StopPlayer(); // As when playback ends, not by the user's stop button.
-    void RemoveSign(); // Takes a sign that is out down; nothing before the panel exists.
+    void StopPlayer() override; // As when playback ends, not by the user's stop button.
+    // To the tree; nothing without one.
+    void AddTrack(const String& group,
+                  const String& url,
+                  const String& name,
+                  int allowDuplicate,
+                  String& sid) override;
+    void ExpandGroup(const String& group);
+    void PlayTrack(const String& group, const String& sid) override;
+
+    int ShowAddURLForm(CWnd* parent, String& group, String& url, String& name) override;
+    void OpenMusicCabinet(); // Or brings the open one to the front. Says what is missing.
+    void RemoveSign();       // Takes a sign that is out down; nothing before the panel exists.
 
     // Null before CreatePage and after the window's end.
     [[nodiscard]] CPlayerPanel* GetPlayerPanel() const { return playerPanel_; }
@@ -65,6 +78,7 @@ private:
     void CreateLyricPanel();
     bool OpenPane();
     void ReleaseVolForm();
+    void CloseMusicCabinet();
 
     IPlugin* plugin_;
     CPlayerPanel* playerPanel_ = nullptr;
@@ -73,6 +87,8 @@ private:
     CToolPanel* toolPanel_ = nullptr;
     CVolForm* volForm_ = nullptr;
     ui::CSkinSplitter* splitter_ = nullptr;
+    CMusicCabForm* cabinet_ = nullptr; // Frees itself when the user closes it;
+    LifeWatch cabinetLife_;            // whether it still stands.
     std::unique_ptr<TrackPickers> pickers_;
     std::unique_ptr<TuneHiveRemote> remote_;
 };

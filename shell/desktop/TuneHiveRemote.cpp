@@ -165,7 +165,10 @@ bool TuneHiveRemote::StopWork(int timeoutMs)
     return library == nullptr || library->StopWork(timeoutMs);
 }
 
-void TuneHiveRemote::OpenWebForm() {}
+void TuneHiveRemote::OpenWebForm()
+{
+    window_.OpenMusicCabinet();
+}
 
 void TuneHiveRemote::SetMusicServer(const String& hostAndPort)
 {
