@@ -17,7 +17,6 @@ enum class CoreProperty : std::uint64_t {
     Metadata,
     Bitrate,
     Output,
-    Devices,
     AudioPosition, // Asked for.
     CachePosition, // Asked for.
 };
@@ -27,7 +26,6 @@ struct CorePropertyName {
     const char* name;
 };
 
-// Told of from the start; Devices only when they matter.
 inline constexpr CorePropertyName kObserved[] = {
     {CoreProperty::CachePaused, "paused-for-cache"     },
     {CoreProperty::Buffering,   "cache-buffering-state"},

@@ -154,9 +154,7 @@ void Engine::OnAnswer(const mpv_event& event)
     const mpv_node& value = isThere ? *static_cast<const mpv_node*>(property->data) : kNone;
     const auto id = static_cast<CoreProperty>(event.reply_userdata);
     if (id == CoreProperty::Output)
-        sound_.OnCurrent(GetCore(), GetText(&value));
-    else if (id == CoreProperty::Devices)
-        sound_.OnDevices(GetCore());
+        sound_.OnCurrent(GetText(&value));
     else if (IsCurrent())
         OnMediumAnswer(id, value);
 }

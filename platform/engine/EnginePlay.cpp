@@ -241,6 +241,7 @@ void Engine::OnTick()
     TakeEvents(); // What the core has told already counts.
     if (stage_ == Stage::Resting)
         return;
+    sound_.Check(GetCore());
     Watchdog::Phase phase = Watchdog::Phase::Opening;
     if (stage_ == Stage::Started && isPaused_)
         phase = Watchdog::Phase::Resting;

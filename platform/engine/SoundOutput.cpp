@@ -1,45 +1,82 @@
 #include "platform/engine/SoundOutput.h"
 
 #include "platform/engine/Core.h"
-#include "platform/engine/CoreProperties.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <string_view>
 
 namespace kivo {
 
+namespace {
+
+// A server's socket stands there a moment before the server answers.
+constexpr int kSearches = 3;
+
+std::string GetEnvironment(const char* name)
+{
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    return value != nullptr ? value : "";
+}
+
+std::string DescribeFile(const std::string& path)
+{
+    struct stat status {};
+    if (path.empty() || stat(path.c_str(), &status) != 0)
+        return "-;";
+    return std::to_string(status.st_ino) + '.' + std::to_string(status.st_ctim.tv_sec) + '.' +
+           std::to_string(status.st_ctim.tv_nsec) + ';';
+}
+
+} // namespace
+
+std::string DescribeSoundSources()
+{
+    constexpr std::string_view kUnix = "unix:";
+    const std::string runtime = GetEnvironment("XDG_RUNTIME_DIR");
+    std::string server = GetEnvironment("PULSE_SERVER");
+    if (server.starts_with(kUnix))
+        server.erase(0, kUnix.size());
+    return DescribeFile(server) + DescribeFile(runtime + "/pulse/native") +
+           DescribeFile(runtime + "/pipewire-0") + DescribeFile("/dev/snd");
+}
+
 void SoundOutput::Prepare(mpv_handle* core)
 {
+    Check(core);
     if (!isMissing_ || isSilenced_)
         return;
     isSilenced_ = true;
     WriteText(core, "ao", "null");
 }
 
-void SoundOutput::OnCurrent(mpv_handle* core, const std::string& name)
+void SoundOutput::Check(mpv_handle* core)
 {
-    if (isChosen_ || name.empty())
-        return;
-    isMissing_ = name == "null";
-    if (!isMissing_ || isObserving_)
-        return;
-    // Only now: watching the devices costs a connection to the sound server.
-    isObserving_ = true;
-    mpv_observe_property(core,
-                         static_cast<std::uint64_t>(CoreProperty::Devices),
-                         "audio-device-list",
-                         MPV_FORMAT_NODE);
-}
-
-void SoundOutput::OnDevices(mpv_handle* core)
-{
-    if (!isListed_) {
-        isListed_ = true;
-        return;
-    }
     if (!isMissing_)
         return;
-    isMissing_ = false;
+    const std::string sources = DescribeSoundSources();
+    if (sources != sources_)
+        searches_ = kSearches;
+    sources_ = sources;
+    if (searches_ == 0)
+        return;
+    --searches_;
     isSilenced_ = false;
     WriteText(core, "ao", kSoundOutputs);
     SendCommand(core, 0, {"ao-reload"});
+}
+
+void SoundOutput::OnCurrent(const std::string& name)
+{
+    if (isChosen_ || name.empty())
+        return;
+    const bool wasMissing = isMissing_;
+    isMissing_ = name == "null";
+    if (isMissing_ && !wasMissing)
+        sources_ = DescribeSoundSources();
+    if (!isMissing_)
+        searches_ = 0;
 }
 
 } // namespace kivo
