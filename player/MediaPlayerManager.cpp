@@ -3,6 +3,7 @@
 #include "player/IMediaPlayer.h"
 #include "player/KivoPlayerWnd.h"
 #include "player/PlayerState.h"
+#include "player/PlayTurn.h"
 
 #include <algorithm>
 
@@ -40,6 +41,7 @@ void CMediaPlayerManager::Destroy()
     if (g_instance == this)
         g_instance = nullptr;
     delete this;
+    SetStartUnderWay(false); // What the players were starting went with them.
 }
 
 void CMediaPlayerManager::RegisterPlayers()
