@@ -67,7 +67,7 @@ QPoint GetPlace(int x, int y)
 
 IMenu* RunMenu(CSkinForm* form, IMenu& menu, int x, int y)
 {
-    QWidget* owner = WidgetOf(static_cast<const CSkinObject*>(form));
+    QWidget* owner = WidgetOf(form);
     const QPoint place = GetPlace(x, y);
     // Its owner may delete it while it is open.
     const QPointer<QMenu> shown(new QMenu(owner));

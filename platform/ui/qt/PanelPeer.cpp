@@ -80,6 +80,8 @@ public:
         if (control_ == nullptr)
             return {};
         const QFontMetrics metrics(GetLook().font);
+        if (control_->IsMultiLine())
+            return {GetPictureRoom() + 1, 2 * metrics.lineSpacing()}; // Any width does.
         const QString text = ToLine(ToScreen(control_->GetText()));
         return {metrics.horizontalAdvance(text) + 1 + GetPictureRoom(), metrics.height()};
     }
@@ -94,8 +96,8 @@ protected:
         painter.setFont(look.font);
         painter.setPen(isEnabled() ? look.colour : GetToken(u"off"));
         QRect place = rect();
-        const bool manyLines =
-            control_->IsMultiLine() || height() >= 2 * painter.fontMetrics().lineSpacing();
+        const QString text = ToScreen(control_->GetText());
+        const bool manyLines = IsManyLines(painter.fontMetrics(), text);
         if (const int room = GetPictureRoom(); room > 0) {
             const int line = manyLines ? painter.fontMetrics().lineSpacing() + 2 : height();
             const QRect icon = QStyle::visualRect(
@@ -103,7 +105,6 @@ protected:
             PaintPicture(painter, icon, control_->GetPicture());
             place = QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(room, 0, 0, 0));
         }
-        const QString text = ToScreen(control_->GetText());
         if (manyLines)
             DrawParagraph(painter, place, text, GetSide());
         else
@@ -117,6 +118,13 @@ private:
     {
         return GetTextLook(
             control_->GetFont(), {control_->GetSkinName()}, control_->GetTextColour());
+    }
+    // A text too long for one line wraps where there is room for a second.
+    [[nodiscard]] bool IsManyLines(const QFontMetrics& metrics, const QString& text) const
+    {
+        return control_->IsMultiLine() ||
+               (height() >= 2 * metrics.lineSpacing() &&
+                metrics.horizontalAdvance(text) > width() - GetPictureRoom());
     }
     [[nodiscard]] int GetPictureRoom() const
     {

@@ -18,10 +18,9 @@ namespace {
 
 QWidget* DialogOwner(CWnd* parent)
 {
-    QWidget* owner = WidgetOf(parent);
+    QWidget* owner = WindowWidgetOf(parent);
     if (owner == nullptr)
-        owner = WidgetOf(
-            static_cast<const CSkinObject*>(CSkinWndManager::GetInstance()->GetMainForm()));
+        owner = WidgetOf(CSkinWndManager::GetInstance()->GetMainForm());
     return owner == nullptr ? nullptr : owner->window();
 }
 

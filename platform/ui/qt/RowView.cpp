@@ -173,7 +173,17 @@ bool RowView::OpenEditor(const QModelIndex& index, const String& cellId)
     editor_ = qobject_cast<RowEditor*>(indexWidget(index));
     if (editor_ == nullptr)
         editor_ = viewport()->findChild<RowEditor*>();
+    edited_ = index;
     return editor_ != nullptr;
+}
+
+// The row under the editor goes: Qt takes the editor along, and nothing is reported.
+void RowView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end)
+{
+    for (QModelIndex index = edited_; editor_ != nullptr && index.isValid(); index = index.parent())
+        if (index.parent() == parent && index.row() >= start && index.row() <= end)
+            editor_ = nullptr;
+    QTreeView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void RowView::CloseEditor(bool commit)

@@ -69,6 +69,7 @@ protected:
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
     // In RowDrag.cpp.
@@ -98,6 +99,7 @@ private:
     QPersistentModelIndex top_; // The row at the top before the changes, and where it stood.
     QPersistentModelIndex dropRow_;
     QPointer<RowEditor> editor_;
+    QPersistentModelIndex edited_;
     QElapsedTimer sinceSearch_;
     String editedCell_;
     int topOffset_ = 0;

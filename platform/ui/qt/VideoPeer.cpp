@@ -181,7 +181,7 @@ private:
 
 std::unique_ptr<VideoSurfacePeer> MakeVideoPeer(IVideoSurface& surface, CWnd* parent)
 {
-    QWidget* home = WidgetOf(parent);
+    QWidget* home = WindowWidgetOf(parent);
     return home == nullptr ? nullptr : std::make_unique<VideoPeer>(new VideoWidget(surface, home));
 }
 

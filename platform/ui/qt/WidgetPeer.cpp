@@ -69,14 +69,14 @@ QWidget* ParentWidgetOf(const CSkinObject& object)
     return nullptr;
 }
 
-QWidget* WidgetOf(CWnd* window)
+QWidget* WindowWidgetOf(CWnd* window)
 {
     return WidgetOf(dynamic_cast<const CSkinObject*>(window));
 }
 
 QWidget* OwnerWidgetOf(const CSkinWnd& window)
 {
-    QWidget* owner = WidgetOf(window.GetParentWnd());
+    QWidget* owner = WindowWidgetOf(window.GetParentWnd());
     if (owner == nullptr)
         owner = ParentWidgetOf(window);
     return owner == nullptr ? nullptr : owner->window();

@@ -25,7 +25,7 @@ public:
 // Null: there is none.
 [[nodiscard]] QWidget* WidgetOf(const CSkinObject* object);
 [[nodiscard]] QWidget* ParentWidgetOf(const CSkinObject& object);
-[[nodiscard]] QWidget* WidgetOf(CWnd* window);
+[[nodiscard]] QWidget* WindowWidgetOf(CWnd* window);
 
 // The widget of a top level's owner; null: it stands alone.
 [[nodiscard]] QWidget* OwnerWidgetOf(const CSkinWnd& window);
@@ -118,7 +118,7 @@ public:
     void Center(CWnd* parent) override
     {
         if (this->widget_ != nullptr)
-            CenterOver(*this->widget_, WidgetOf(parent));
+            CenterOver(*this->widget_, WindowWidgetOf(parent));
     }
     bool TrackMouseLeave() override { return this->widget_ != nullptr; }
 };

@@ -1,0 +1,363 @@
+#include "platform/ui/qt/KivoStyle.h"
+#include "platform/ui/qt/WidgetPeer.h"
+#include "shell/contracts/ui/SkinButton.h"
+#include "shell/contracts/ui/SkinCombox.h"
+#include "shell/contracts/ui/SkinLabel.h"
+#include "shell/contracts/ui/SkinSlider.h"
+#include "shell/contracts/ui/SkinSplitter.h"
+#include "shell/contracts/ui/SWColorEdit.h"
+#include "tests/platform/ui_qt/Desk.h"
+#include "tests/support/CaseName.h"
+
+#include <gtest/gtest.h>
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+
+#include <set>
+
+namespace kivo::ui::qt {
+namespace {
+
+// Counts the presses of everything below it.
+class Presses {
+public:
+    explicit Presses(CSkinObject& object)
+        : object_(object)
+    {
+        object_.ListenEvent(kControlEvent, {this, &Presses::OnPress});
+    }
+    Presses(const Presses&) = delete;
+    Presses& operator=(const Presses&) = delete;
+    ~Presses() { object_.RemoveListener(kControlEvent, {this, &Presses::OnPress}); }
+
+    [[nodiscard]] int Get() const { return count_; }
+
+private:
+    void OnPress(CSkinObject* /*sender*/, void* /*data*/) { ++count_; }
+
+    CSkinObject& object_;
+    int count_ = 0;
+};
+
+QPoint Middle(const QWidget& widget)
+{
+    return widget.rect().center();
+}
+
+TEST(Button, IsPressedByMouseAndKeysAndNotWhileDisabled)
+{
+    const Desk desk;
+    DeskPage page;
+    for (const char16_t* id : {u"PrevBtn", u"PauseBtn", u"AddBtn", u"VolBtn"}) {
+        SCOPED_TRACE(ToQt(id).toStdString());
+        CSkinObject& control = *page.Find(id);
+        const Presses presses(control);
+        QAbstractButton& button = *page.GetButton(id);
+        QTest::mouseClick(&button, Qt::LeftButton, {}, Middle(button));
+        EXPECT_EQ(presses.Get(), 1);
+        button.setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&button, Qt::Key_Space);
+        EXPECT_EQ(presses.Get(), 2);
+        QTest::mouseClick(&button, Qt::RightButton, {}, Middle(button));
+        EXPECT_EQ(presses.Get(), 2);
+        control.SetEnabled(0);
+        QTest::mouseClick(&button, Qt::LeftButton, {}, Middle(button));
+        EXPECT_EQ(presses.Get(), 2);
+    }
+}
+
+TEST(Button, HasAHandOfAtLeast28Pixels)
+{
+    const Desk desk;
+    const DeskPage page(280, 400);
+    for (const char16_t* id : {u"PrevBtn",
+                               u"PauseBtn",
+                               u"NextBtn",
+                               u"StopBtn",
+                               u"VolBtn",
+                               u"LyricBtn",
+                               u"AddBtn",
+                               u"DelBtn",
+                               u"ModeBtn"}) {
+        SCOPED_TRACE(ToQt(id).toStdString());
+        const CSkinObject& control = *page.Find(id);
+        EXPECT_GE(control.GetWidth(), 28);
+        EXPECT_GE(control.GetHeight(), 28);
+        EXPECT_TRUE(page.GetWindow()->rect().contains(ToQt(control.GetRectInForm())));
+    }
+}
+
+// Removes the whole page in a press, as a close button does.
+class Closer {
+public:
+    explicit Closer(CSkinForm& form)
+        : form_(&form)
+    {
+        form.ListenEvent(kControlEvent, {this, &Closer::OnPress});
+    }
+
+private:
+    void OnPress(CSkinObject* /*sender*/, void* /*data*/) { form_->Release(); }
+
+    CSkinForm* form_;
+};
+
+TEST(Button, MayTakeItsFormAlong)
+{
+    const Desk desk;
+    auto* form = new CSkinForm;
+    form->Create(wndstyle::kPopup, u"Closing", u"Closing", {0, 0, 200, 100}, nullptr, 0);
+    auto* button = new CSkinButton;
+    button->SetText(u"Close");
+    form->RegisterControl(button);
+    button->CreatePeer();
+    button->SetBounds(10, 10, 100, 32);
+    form->ShowWindow(5);
+    const Closer closer(*form);
+    const QPointer<QWidget> widget = WidgetOf(button);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, Middle(*widget));
+    Settle();
+    EXPECT_TRUE(widget.isNull());
+}
+
+TEST(Edit, TakesTypingWithinItsLimitAndShowsPasswordsAsDots)
+{
+    const Desk desk;
+    CSkinForm form;
+    form.Create(wndstyle::kPopup, u"Form", u"Form", {0, 0, 300, 100}, nullptr, 0);
+    auto* edit = new CSWColorEdit;
+    form.RegisterControl(edit);
+    ASSERT_EQ(edit->Create(wndstyle::kChild | wndstyle::kVisible, {10, 10, 200, 44}, &form, 1), 1);
+    edit->SetLimitText(5);
+    edit->SetText(u"<b>&");
+    form.ShowWindow(5);
+    auto* field = qobject_cast<QLineEdit*>(WidgetOf(edit));
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->text(), QStringLiteral("<b>&"));
+    QTest::keyClicks(field, QStringLiteral("xyz"));
+    EXPECT_EQ(edit->GetText(), u"<b>&x");
+    edit->SetPassword(1);
+    EXPECT_EQ(field->echoMode(), QLineEdit::Password);
+    QTest::keyClick(field, Qt::Key_Backspace);
+    EXPECT_EQ(edit->GetText(), u"<b>&");
+}
+
+TEST(Combox, ChoosesByKeysAndTellsOnlyTheUsersChoice)
+{
+    const Desk desk;
+    CSkinForm form;
+    form.Create(wndstyle::kPopup, u"Form", u"Form", {0, 0, 300, 100}, nullptr, 0);
+    auto* combox = new CSkinCombox;
+    form.RegisterControl(combox);
+    ASSERT_EQ(combox->Create(4, {10, 10, 200, 44}, &form), 1);
+    for (const char16_t* text : {u"Playing", u"My & media", u"Third"})
+        combox->AddString(text);
+    const Presses presses(*combox);
+    combox->SetCurSel(1);
+    EXPECT_EQ(presses.Get(), 0);
+    form.ShowWindow(5);
+    auto* box = qobject_cast<QComboBox*>(WidgetOf(combox));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->currentText(), QStringLiteral("My & media"));
+    QTest::keyClick(box, Qt::Key_Down);
+    EXPECT_EQ(combox->GetCurSel(), 2);
+    EXPECT_EQ(presses.Get(), 1);
+    combox->ResetContent();
+    EXPECT_EQ(box->count(), 0);
+}
+
+struct SliderMove {
+    const char* name;
+    Qt::Key key;
+    bool mirrored;
+    int moved; // Its sign.
+};
+
+class SliderKeys : public testing::TestWithParam<SliderMove> {};
+
+TEST_P(SliderKeys, Move)
+{
+    const SliderMove& move = GetParam();
+    DeskLook look;
+    look.rightToLeft = move.mirrored;
+    const Desk desk(look);
+    DeskPage page;
+    auto* slider = static_cast<CSkinSlider*>(page.Find(u"ProcessBar"));
+    const Presses presses(*slider);
+    const int before = slider->GetPosition();
+    QTest::keyClick(WidgetOf(slider), move.key);
+    EXPECT_GT((slider->GetPosition() - before) * move.moved, 0);
+    EXPECT_EQ(presses.Get(), 1);
+}
+
+constexpr SliderMove kSliderMoves[] = {
+    {"Right",         Qt::Key_Right,    false, 1 },
+    {"Left",          Qt::Key_Left,     false, -1},
+    {"RightMirrored", Qt::Key_Right,    true,  -1},
+    {"LeftMirrored",  Qt::Key_Left,     true,  1 },
+    {"Up",            Qt::Key_Up,       true,  1 },
+    {"PageDown",      Qt::Key_PageDown, false, -1},
+    {"Home",          Qt::Key_Home,     false, -1},
+    {"End",           Qt::Key_End,      false, 1 },
+};
+
+INSTANTIATE_TEST_SUITE_P(Keys,
+                         SliderKeys,
+                         testing::ValuesIn(kSliderMoves),
+                         test::CaseName<SliderMove>);
+
+class SliderHand : public testing::TestWithParam<bool> {};
+
+TEST_P(SliderHand, JumpsDragsAndScrolls)
+{
+    DeskLook look;
+    look.rightToLeft = GetParam();
+    const Desk desk(look);
+    DeskPage page;
+    auto* slider = static_cast<CSkinSlider*>(page.Find(u"ProcessBar"));
+    QWidget& bar = *WidgetOf(slider);
+    EXPECT_GE(bar.height(), 28) << "the hand needs more than the channel shows";
+    const auto at = [&](double part) {
+        return QPoint(static_cast<int>(bar.width() * (GetParam() ? 1.0 - part : part)),
+                      bar.height() / 2);
+    };
+    QTest::mousePress(&bar, Qt::LeftButton, {}, at(0.75));
+    EXPECT_TRUE(slider->IsDragging());
+    QTest::mouseMove(&bar, at(0.5));
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, at(0.5));
+    EXPECT_FALSE(slider->IsDragging());
+    EXPECT_NEAR(slider->GetPosition(), 150, 4);
+    QTest::mousePress(&bar, Qt::LeftButton, {}, at(0.25));
+    QTest::keyClick(&bar, Qt::Key_Escape);
+    EXPECT_FALSE(slider->IsDragging());
+    EXPECT_NEAR(slider->GetPosition(), 150, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(Directions, SliderHand, testing::Bool());
+
+TEST(Slider, ReadsItsPositionAsTime)
+{
+    const Desk desk;
+    DeskPage page;
+    auto* slider = static_cast<CSkinSlider*>(page.Find(u"ProcessBar"));
+    slider->SetRange(0, 4000);
+    slider->SetPosition(3725);
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(WidgetOf(slider));
+    ASSERT_NE(access, nullptr);
+    EXPECT_EQ(access->role(), QAccessible::Slider);
+    EXPECT_EQ(access->text(QAccessible::Value), QStringLiteral("1:02:05"));
+    ASSERT_NE(access->valueInterface(), nullptr);
+    EXPECT_EQ(access->valueInterface()->currentValue().toInt(), 3725);
+    EXPECT_EQ(access->valueInterface()->maximumValue().toInt(), 4000);
+}
+
+TEST(Splitter, MovesByMouseAndKeysWithinTheMinimum)
+{
+    const Desk desk;
+    DeskPage page;
+    page.OpenPane(true);
+    auto* splitter = static_cast<CSkinSplitter*>(page.Find(u"SplitterCtrl"));
+    QWidget* bar = nullptr;
+    for (QWidget* child :
+         WidgetOf(splitter)->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (child->cursor().shape() == Qt::SplitVCursor)
+            bar = child;
+    ASSERT_NE(bar, nullptr);
+    EXPECT_GE(bar->height(), 9);
+    EXPECT_EQ(splitter->GetFixedPaneSize(), 164);
+    QTest::keyClick(bar, Qt::Key_Up);
+    EXPECT_EQ(splitter->GetFixedPaneSize(), 180);
+    QTest::mousePress(bar, Qt::LeftButton, {}, QPoint(50, 4));
+    QTest::mouseMove(bar, QPoint(50, 4 - 40));
+    QTest::mouseRelease(bar, Qt::LeftButton, {}, QPoint(50, 4));
+    EXPECT_EQ(splitter->GetFixedPaneSize(), 220);
+    for (int press = 0; press < 20; ++press)
+        QTest::keyClick(bar, Qt::Key_Down);
+    EXPECT_EQ(splitter->GetFixedPaneSize(), 164);
+    page.OpenPane(false);
+    EXPECT_FALSE(bar->isVisible());
+}
+
+TEST(Label, MarksTheFieldAboveAnErrorLine)
+{
+    const Desk desk;
+    CSkinForm form;
+    form.SetObjectID(u"AddURLForm");
+    form.Create(wndstyle::kPopup, u"Form", u"Form", Rect{}, nullptr, 0);
+    auto* edit = static_cast<CSWColorEdit*>(form.FindControlRecusive(u"URLInput"));
+    ASSERT_NE(edit, nullptr);
+    ASSERT_EQ(edit->Create(wndstyle::kChild | wndstyle::kVisible, Rect{}, &form, 1), 1);
+    CSkinObject* label = form.FindControlRecusive(u"URLErrorLabel");
+    ASSERT_NE(label, nullptr);
+    label->SetVisible(0);
+    form.ShowWindow(5);
+    EXPECT_FALSE(WidgetOf(edit)->property(kWrongProperty).toBool());
+    label->SetVisible(1);
+    EXPECT_TRUE(WidgetOf(edit)->property(kWrongProperty).toBool());
+    label->SetVisible(0);
+    EXPECT_FALSE(WidgetOf(edit)->property(kWrongProperty).toBool());
+}
+
+// Everything that the user can reach has a name for a screen reader.
+void ExpectNames(QAccessibleInterface* access, int depth)
+{
+    if (access == nullptr || depth > 12)
+        return;
+    const QAccessible::Role role = access->role();
+    const bool needsName = role == QAccessible::Button || role == QAccessible::Slider ||
+                           role == QAccessible::Splitter || role == QAccessible::EditableText ||
+                           role == QAccessible::ComboBox || role == QAccessible::Tree ||
+                           role == QAccessible::List;
+    if (needsName && !access->state().invisible) {
+        EXPECT_FALSE(access->text(QAccessible::Name).isEmpty())
+            << access->object()->metaObject()->className();
+    }
+    if (role == QAccessible::Tree)
+        return;
+    for (int child = 0; child < access->childCount(); ++child)
+        ExpectNames(access->child(child), depth + 1);
+}
+
+TEST(Accessibility, EveryControlOfThePageHasAName)
+{
+    const Desk desk;
+    DeskPage page;
+    FillWithSamples(page.GetTree());
+    page.OpenPane(true);
+    Settle();
+    ExpectNames(QAccessible::queryAccessibleInterface(page.GetWindow()), 0);
+}
+
+TEST(Accessibility, TabReachesEveryControlOfThePage)
+{
+    const Desk desk;
+    DeskPage page;
+    FillWithSamples(page.GetTree());
+    page.OpenPane(true);
+    page.GetWindow()->activateWindow();
+    Settle();
+    std::set<QWidget*> reached;
+    for (int press = 0; press < 30; ++press) {
+        QTest::keyClick(page.GetWindow(), Qt::Key_Tab);
+        reached.insert(page.GetWindow()->focusWidget());
+    }
+    for (const char16_t* id : {u"ProcessBar",
+                               u"PrevBtn",
+                               u"PauseBtn",
+                               u"NextBtn",
+                               u"StopBtn",
+                               u"LyricBtn",
+                               u"VolBtn",
+                               u"AddBtn",
+                               u"DelBtn",
+                               u"ModeBtn",
+                               u"PlayList",
+                               u"CloseBtn"})
+        EXPECT_TRUE(reached.contains(WidgetOf(page.Find(id)))) << ToQt(id).toStdString();
+}
+
+} // namespace
+} // namespace kivo::ui::qt
