@@ -82,6 +82,14 @@ IPluginWindow* Pages::GetFirst() const
     return pages_.empty() ? nullptr : pages_.front().window;
 }
 
+std::vector<IPluginWindow*> Pages::GetAll() const
+{
+    std::vector<IPluginWindow*> windows;
+    for (const Page& page : pages_)
+        windows.push_back(page.window);
+    return windows;
+}
+
 Pages::Page* Pages::Find(const IPluginWindow* window)
 {
     const auto found = std::find_if(

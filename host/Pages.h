@@ -38,6 +38,7 @@ public:
     void CloseAll();  // Closes each page that has content; the pages stay in the list.
 
     [[nodiscard]] IPluginWindow* GetFirst() const; // Null: there is none.
+    [[nodiscard]] std::vector<IPluginWindow*> GetAll() const;
 
 private:
     struct Page {

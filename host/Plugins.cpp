@@ -126,4 +126,13 @@ ITuneHiveRemote* Plugins::GetRemote() const
     return nullptr;
 }
 
+IPlugin* Plugins::Find(unsigned pluginId) const
+{
+    const auto found =
+        std::find_if(plugins_.begin(), plugins_.end(), [pluginId](const Loaded& one) {
+            return one.plugin->GetPluginId() == pluginId;
+        });
+    return found != plugins_.end() ? found->plugin : nullptr;
+}
+
 } // namespace kivo::host

@@ -40,7 +40,8 @@ public:
     void UnloadInPlace();
 
     [[nodiscard]] ITuneHiveRemote* GetRemote() const; // Null: no player, or no page of it.
-    [[nodiscard]] bool IsEmpty() const { return plugins_.empty(); }
+
+    [[nodiscard]] IPlugin* Find(unsigned pluginId) const; // Null: not loaded.
 
 private:
     struct Loaded {

@@ -2,12 +2,14 @@
 
 #include "host/EventLoop.h"
 #include "host/HostSettings.h"
+#include "host/MainForm.h"
 #include "host/Messages.h"
 #include "host/Pages.h"
 #include "host/Playback.h"
 #include "host/Plugins.h"
 #include "host/Profile.h"
 #include "host/Screen.h"
+#include "host/Screenshot.h"
 #include "host/Services.h"
 #include "host/sign/LocalSignNetwork.h"
 #include "host/StopSignals.h"
@@ -15,12 +17,17 @@
 #include "host/Texts.h"
 #include "host/UserLanguage.h"
 #include "platform/base/PostQueue.h"
+#include "platform/ui/qt/QtDesktop.h"
 #include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/base/IPlugin.h"
+#include "shell/contracts/base/IPluginWindow.h"
 #include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/control/MediaEngineSettings.h"
 #include "shell/contracts/framework/Files.h"
-#include "shell/contracts/framework/Windows.h"
+#include "shell/contracts/framework/Paths.h"
+#include "shell/contracts/ui/SkinManager.h"
+#include "shell/contracts/ui/SkinWndManager.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -44,6 +51,8 @@ constexpr int kStatusPeriodMs = 1000;
 constexpr char kSettingsFile[] = "/host.ini";
 constexpr char kVolumeKey[] = "volume";
 constexpr char kMuteKey[] = "mute";
+constexpr char kWidthKey[] = "window.width";
+constexpr char kHeightKey[] = "window.height";
 
 // Ends in a separator.
 std::string FindAppFolder()
@@ -51,6 +60,16 @@ std::string FindAppFolder()
     std::error_code error;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
     return program.parent_path().native() + "/";
+}
+
+// The looks that the form needs before a plug-in brings its own.
+void IncludeSkin()
+{
+    ui::CSkinManager& skin = *ui::CSkinManager::GetInstance();
+    const String app = common::GetAppPath();
+    skin.IncludeSkinFile(ComposePath(u"%sskin\\skin.xml", {app}));
+    skin.IncludeSkinFile(ComposePath(u"%sskin\\host_skin.xml", {app}));
+    skin.IncludeSkinBuildFile(ComposePath(u"%sskin\\host_build.xml", {app}));
 }
 
 } // namespace
@@ -68,9 +87,12 @@ public:
 
 private:
     void SetUpEngine();
+    void OpenForm();
+    [[nodiscard]] MainForm::Commands MakeCommands();
     void LoadPlugins();
     void TellFailure(const Plugins::Failure& failure);
     void StartPlaying();
+    void TakePicture();
     void Leave(int status); // From anywhere, also from inside a modal form.
     void Stop();
     void TellFailedWrites();
@@ -80,19 +102,21 @@ private:
     std::string appFolder_ = FindAppFolder();
     HostSettings settings_;
     Screen screen_;
+    ui::qt::QtDesktop desktop_;
     EventLoop loop_;
     LocalSignNetwork signs_;
     std::unique_ptr<IMessages> messages_;
     Pages pages_;
     Services services_;
-    CWnd form_;
+    MainForm form_;
     Plugins plugins_;
     StopSignals signals_;
     std::optional<Playback> playback_;
+    std::optional<Screenshot> screenshot_;
     QTimer statusTimer_;
     std::optional<int> status_; // Set once the run is to end.
-    bool pluginFailed_ = false;
     bool audioFailed_ = false;
+    bool closedByUser_ = false;
 };
 
 Session::Session(const Options& options, const std::string& profile, Terminal& terminal)
@@ -102,12 +126,45 @@ Session::Session(const Options& options, const std::string& profile, Terminal& t
     , signs_(common::PathToText(GetLocalUserName()))
     , messages_(screen_.IsVisible() ? MakeBoxMessages() : MakeTerminalMessages(terminal))
     , services_({settings_, signs_, *messages_, pages_}, common::PathToText(profile + "/"))
+    , form_(MakeCommands())
     , signals_([this] { Leave(kDone); })
 {
     common::SetAppPath(common::PathToText(appFolder_));
     LoadTexts(appFolder_, GetEnvironmentLocale());
     SetUpEngine();
-    form_.CreateHandle();
+    OpenForm();
+}
+
+MainForm::Commands Session::MakeCommands()
+{
+    MainForm::Commands commands;
+    commands.quit = [this] {
+        closedByUser_ = true;
+        Leave(kDone);
+    };
+    commands.show = [this](IPluginWindow* page) { pages_.ShowPluginPage(page); };
+    commands.showSigns = [this](bool show) { services_.ShowMediaState(show); };
+    commands.areSignsShown = [this] { return services_.IsMediaStateShown(); };
+    commands.getSignPicture = [this](const String& kind) {
+        IPlugin* const plugin = services_.GetSigningPlugin();
+        return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
+    };
+    commands.hasCabinet = [this] { return plugins_.GetRemote() != nullptr; };
+    commands.openCabinet = [this] {
+        if (ITuneHiveRemote* const remote = plugins_.GetRemote())
+            remote->OpenWebForm();
+    };
+    return commands;
+}
+
+void Session::OpenForm()
+{
+    IncludeSkin();
+    desktop_.ApplySkin();
+    form_.Open(settings_.GetNumber(kWidthKey, 0), settings_.GetNumber(kHeightKey, 0));
+    form_.SetOwnName(signs_.GetOwnId());
+    signs_.SetListener(&form_);
+    pages_.SetView(&form_);
 }
 
 int Session::Run()
@@ -115,13 +172,15 @@ int Session::Run()
     if (!screen_.IsVisible())
         terminal_.PrintLine("there is no display; running without a window");
     LoadPlugins();
-    if (!status_)
-        StartPlaying();
+    if (screen_.IsVisible() || !options_.screenshot.empty())
+        form_.ShowWindow(/*command=*/5);
+    StartPlaying();
+    TakePicture();
     if (!status_)
         QApplication::exec();
     Stop();
-    const bool failed = audioFailed_ && status_ == kDone;
-    return failed ? kNothingPlayed : status_.value_or(kDone);
+    const bool isSoundLost = audioFailed_ && status_ == kDone;
+    return isSoundLost ? kNothingPlayed : status_.value_or(kDone);
 }
 
 void Session::SetUpEngine()
@@ -151,13 +210,17 @@ void Session::LoadPlugins()
 {
     for (const Plugins::Failure& failure : plugins_.Load(appFolder_, &form_, &pages_))
         TellFailure(failure);
+    desktop_.ApplySkin(); // Each plug-in has brought its own part.
     pages_.CreateAll();
+    for (IPluginWindow* const page : pages_.GetAll()) {
+        if (const IPlugin* const plugin = plugins_.Find(page->GetPluginId()))
+            form_.SetPagePicture(page, plugin->GetIconFile());
+    }
     pages_.ShowPluginPage(pages_.GetFirst());
 }
 
 void Session::TellFailure(const Plugins::Failure& failure)
 {
-    pluginFailed_ = true;
     const String text =
         common::FormatText(GetText(u"STRID_KIVO_PLUGIN_FAILED"), {failure.name, failure.reason});
     messages_->Show(MessageKind::Error, String(), text);
@@ -176,8 +239,9 @@ void Session::StartPlaying()
     }
     Playback::Rules rules;
     rules.showsStatus = !screen_.IsVisible();
-    rules.quitsAtEnd = options_.quitAtEnd;
-    rules.quitsIfNothingPlayed = !screen_.IsVisible() && !options_.items.empty();
+    const bool isForPicture = !options_.screenshot.empty(); // Then the picture ends the run.
+    rules.quitsAtEnd = options_.quitAtEnd && !isForPicture;
+    rules.quitsIfNothingPlayed = !screen_.IsVisible() && !options_.items.empty() && !isForPicture;
     playback_.emplace(*remote, terminal_, rules, [this](int status) { Leave(status); });
     if (!options_.musicServer.empty())
         remote->SetMusicServer(common::utf8_to_CString(options_.musicServer));
@@ -188,17 +252,36 @@ void Session::StartPlaying()
     }
 }
 
+void Session::TakePicture()
+{
+    if (options_.screenshot.empty() || status_)
+        return;
+    screenshot_.emplace(options_.screenshot, [this](bool isWritten) {
+        if (!isWritten)
+            terminal_.PrintLine(ForTerminal(options_.screenshot) + " can't be written");
+        Leave(isWritten ? kDone : kNothingPlayed);
+    });
+    if (playback_ && !options_.items.empty() && !playback_->HasSettled())
+        playback_->SetSettledListener([this] { screenshot_->Start(); });
+    else
+        screenshot_->Start();
+}
+
 void Session::Leave(int status)
 {
     if (status_)
         return;
     status_ = status;
-    QCoreApplication::exit(); // Each nested loop too, so an open form ends as if it were cancelled.
+    ui::CSkinWndManager::GetInstance()->InterruptAllModalForms();
+    desktop_.CloseDialogs();
+    QCoreApplication::exit(); // Each nested loop too.
 }
 
 void Session::Stop()
 {
     statusTimer_.stop();
+    screenshot_.reset();
+    form_.EndEdits();
     bool isAtRest = true;
     if (ITuneHiveRemote* const remote = plugins_.GetRemote()) {
         isAtRest = remote->StopWork(kStopWaitMs);
@@ -211,6 +294,10 @@ void Session::Stop()
         plugins_.Unload();
     else
         plugins_.UnloadInPlace();
+    signs_.SetListener(nullptr);
+    pages_.SetView(nullptr);
+    settings_.SetNumber(kWidthKey, form_.GetWidth());
+    settings_.SetNumber(kHeightKey, form_.GetHeight());
     settings_.Save();
     TellFailedWrites();
     if (isAtRest)
@@ -226,7 +313,8 @@ void Session::TellFailedWrites()
         terminal_.PrintLine(ForTerminal(path) + " could not be saved; its older form stands");
         names += path + u"\n";
     }
-    if (!names.empty() && screen_.IsVisible()) {
+    // Whoever ends the session waits for no answer.
+    if (!names.empty() && screen_.IsVisible() && closedByUser_) {
         messages_->Show(MessageKind::Error,
                         String(),
                         common::FormatText(GetText(u"STRID_KIVO_NOT_SAVED"), {names}));

@@ -21,6 +21,8 @@ constexpr int kPicture = 20;
 constexpr int kCellHeight = 38;
 constexpr int kWordEnd = 8; // Behind the word.
 constexpr int kFormSide = 18;
+constexpr int kTabPicture = 18;
+constexpr int kTabGap = 8;
 constexpr int kFormHeight = 32;
 constexpr qreal kRing = 2.0;
 constexpr qreal kLongestWord = 0.4; // Of the strip that the button stands in.
@@ -53,6 +55,7 @@ FlatButton::Kind FlatButton::KindOf(StringView skinClass)
         {u"plain",   Kind::Plain  },
         {u"default", Kind::Default},
         {u"link",    Kind::Link   },
+        {u"tab",     Kind::Tab    },
     };
     for (const Named& named : kKinds)
         if (named.name == skinClass)
@@ -112,6 +115,9 @@ QSize FlatButton::sizeHint() const
     case Kind::Default:
         return {bold.horizontalAdvance(word_) + 2 * kFormSide, std::max(kFormHeight, grown)};
     case Kind::Link: return {medium.horizontalAdvance(word_) + 1, std::max(28, grown)};
+    case Kind::Tab: // As wide as it is when chosen, so that no choice moves the others.
+        return {kTabPicture + (word_.isEmpty() ? 0 : kTabGap + bold.horizontalAdvance(word_) + 1),
+                std::max(kSquare, grown)};
     default: return {kSquare, kSquare};
     }
 }
@@ -126,6 +132,7 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/)
     case Kind::Plain:
     case Kind::Default: PaintForm(painter); break;
     case Kind::Link: PaintLink(painter); break;
+    case Kind::Tab: PaintTab(painter); break;
     default: PaintFlat(painter); break;
     }
 }
@@ -283,6 +290,31 @@ void FlatButton::PaintLink(QPainter& painter) const
     DrawLine(painter, GetPlace(), word_, TextSide::Leading, /*elided=*/true);
     if (ShowsRing())
         DrawFrame(painter, rect().adjusted(0, 2, 0, -2), radius::kEntry, GetToken(u"mark"), kRing);
+}
+
+// Picture and word stand in the middle together; the tab of the page in front is the open one.
+void FlatButton::PaintTab(QPainter& painter) const
+{
+    const QRect place = GetPlace();
+    const QRect body = place.adjusted(0, 2, 0, -2 - static_cast<int>(kRing));
+    if (isEnabled() && isDown())
+        FillRounded(painter, body, radius::kButton, GetToken(u"press"));
+    else if (IsHovered() && !open_)
+        FillRounded(painter, body, radius::kButton, GetToken(u"hover"));
+    const int width = std::min(sizeHint().width(), place.width());
+    const QRect group(place.x() + (place.width() - width) / 2, place.y(), width, place.height());
+    const QRect icon(group.x(), group.y(), kTabPicture, group.height());
+    PaintPicture(painter, QStyle::visualRect(layoutDirection(), group, icon), picture_);
+    painter.setPen(GetToken(open_ ? u"text" : u"soft"));
+    const QRect text = group.adjusted(kTabPicture + kTabGap, 0, 0, 0);
+    if (!word_.isEmpty())
+        DrawLine(painter,
+                 QStyle::visualRect(layoutDirection(), group, text),
+                 word_,
+                 TextSide::Leading,
+                 /*elided=*/true);
+    if (ShowsRing())
+        DrawFrame(painter, body, radius::kButton, GetToken(u"mark"), kRing);
 }
 
 } // namespace kivo::ui::qt

@@ -17,7 +17,7 @@ class KIVO_API FlatButton : public QPushButton {
 public:
     static constexpr int kReach = 4;
 
-    enum class Kind { Flat, Big, Word, Plain, Default, Link };
+    enum class Kind { Flat, Big, Word, Plain, Default, Link, Tab };
 
     explicit FlatButton(QWidget* parent);
 
@@ -50,6 +50,7 @@ private:
     void PaintWord(QPainter& painter) const;
     void PaintForm(QPainter& painter) const;
     void PaintLink(QPainter& painter) const;
+    void PaintTab(QPainter& painter) const;
 
     Kind kind_ = Kind::Flat;
     String picture_;
