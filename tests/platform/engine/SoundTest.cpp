@@ -69,6 +69,17 @@ TEST_F(SoundTest, AnEndWhileTheServerStandsStillIsGivenUpInTime)
     server.Thaw();
 }
 
+TEST_F(SoundTest, ASongThatNeverMovesAgainIsGivenUp)
+{
+    EngineRun run((MediaEngineSettings()));
+    run.SetFile("long.mp3");
+    run.RunToState(3);
+    server.Freeze();
+    EXPECT_TRUE(run.RunToState(8, 10'000));
+    EXPECT_EQ(run.GetTrace(), "9 3 6 8");
+    server.Thaw();
+}
+
 TEST_F(SoundTest, AServerThatDiesAndComesBackIsFoundAgain)
 {
     EngineRun run((MediaEngineSettings()));
