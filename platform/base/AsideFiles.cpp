@@ -45,10 +45,16 @@ bool KeepAsideNative(const std::string& path)
     return false;
 }
 
+// A new form is never empty: an empty file beside an older form is one that was only created.
 void RestoreOne(const std::string& older)
 {
     const std::string path = older.substr(0, older.size() - kOlder.size());
-    if (RenameWithoutReplacing(older, path) == EEXIST)
+    if (RenameWithoutReplacing(older, path) != EEXIST)
+        return;
+    struct stat status = {};
+    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0)
+        rename(older.c_str(), path.c_str());
+    else
         unlink(older.c_str());
 }
 
@@ -83,6 +89,19 @@ void DropOlder(const String& path)
 {
     if (const auto native = NativePath(path))
         unlink((*native + std::string(kOlder)).c_str());
+}
+
+int CreateFileIfMissing(const String& path)
+{
+    const auto native = NativePath(path);
+    if (native && RenameWithoutReplacing(*native + std::string(kOlder), *native) == 0)
+        return 1;
+    const Descriptor made(
+        native ? open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666) : -1);
+    if (made.IsOpen() || (native && errno == EEXIST))
+        return 1;
+    NoteFailedWrite(path);
+    return 0;
 }
 
 void RestoreOlder(const String& folder)

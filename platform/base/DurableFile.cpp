@@ -9,7 +9,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -254,17 +253,6 @@ int WriteFileDurably(const String& path, std::string_view bytes)
     CDurableFile file(path);
     file.Write(bytes);
     return file.Commit() ? 1 : 0;
-}
-
-int CreateFileIfMissing(const String& path)
-{
-    const auto native = NativePath(path);
-    const Descriptor made(
-        native ? open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666) : -1);
-    if (made.IsOpen() || (native && errno == EEXIST))
-        return 1;
-    NoteFailedWrite(path);
-    return 0;
 }
 
 } // namespace kivo

@@ -1,6 +1,7 @@
 #include "platform/base/PostQueue.h"
 
 #include "platform/base/CodeAddress.h"
+#include "platform/base/OwnThread.h"
 #include "platform/base/WindowTable.h"
 #include "shell/contracts/base/Released.h"
 
@@ -103,6 +104,7 @@ struct PostQueue::Impl {
     mutable std::mutex mutex;
     std::deque<Entry> entries;
     bool closed = false;
+    OwnThread runner;
     int wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
     int Add(Entry entry);
@@ -143,6 +145,7 @@ int PostQueue::Impl::Add(Entry entry)
 
 bool PostQueue::Impl::RunFront()
 {
+    runner.Check();
     std::unique_lock lock(mutex);
     if (entries.empty())
         return false;
@@ -221,6 +224,7 @@ void PostQueue::RunPending()
 
 void PostQueue::DeliverMessages(unsigned message)
 {
+    impl_->runner.Check();
     auto entries = impl_->TakeIf([message](const Entry& e) { return e.IsMessage(message); });
     while (!entries.empty()) {
         Entry entry = std::move(entries.front());

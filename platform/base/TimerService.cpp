@@ -1,6 +1,7 @@
 #include "platform/base/TimerService.h"
 
 #include "platform/base/CodeAddress.h"
+#include "platform/base/OwnThread.h"
 
 #include <algorithm>
 #include <chrono>
@@ -37,6 +38,7 @@ struct TimerService::Impl {
     TimerId last = 0;
     Clock clock = SystemClock;
     Arm arm;
+    OwnThread owner;
 
     [[nodiscard]] std::int64_t NextDue() const;
     Timer* FindDue(std::int64_t now, TimerId newest);
@@ -99,6 +101,7 @@ void TimerService::SetArm(Arm arm)
 
 TimerId TimerService::Start(HWND window, TimerId id, unsigned periodMs, TimerProc callback)
 {
+    impl_->owner.Check();
     if (callback == nullptr)
         return 0;
     if (window != 0)
@@ -113,6 +116,7 @@ TimerId TimerService::Start(HWND window, TimerId id, unsigned periodMs, TimerPro
 
 int TimerService::Kill(TimerId handle)
 {
+    impl_->owner.Check();
     const auto erased =
         std::erase_if(impl_->timers, [handle](const Timer& t) { return t.handle == handle; });
     if (erased != 0)
@@ -122,6 +126,7 @@ int TimerService::Kill(TimerId handle)
 
 void TimerService::RunDue()
 {
+    impl_->owner.Check();
     const std::int64_t now = impl_->clock();
     const TimerId newest = impl_->last;
     while (Timer* timer = impl_->FindDue(now, newest)) {

@@ -68,12 +68,13 @@ private:
 // The same in one call. 1: the file holds these bytes. 0: failed, the old file stands.
 KIVO_API int WriteFileDurably(const String& path, std::string_view bytes);
 
-// Creates an empty file when none is there; an existing one stays as it is. 0: that failed.
+// Creates an empty file when none is there; an existing one stays as it is, and one that was set
+// aside as an older form comes back instead. 0: that failed, which counts as a failed write.
 KIVO_API int CreateFileIfMissing(const String& path);
 
 // Sets a file aside that did not give its content: renames it to "NAME.broken-1", or the first free
 // number after it. 1: the name is free now, also when nothing stood there. 0: it stands there
-// still; then don't write over it.
+// still; then don't write over it. That counts as a failed write.
 KIVO_API int KeepAside(const String& path);
 
 // Sets an older form aside as "NAME.older" once its content is in memory. 1: done.
@@ -84,8 +85,8 @@ KIVO_API int SetOlderAside(const String& path);
 KIVO_API void DropOlder(const String& path);
 
 // Before anything in the folder is read: renames each "NAME.older" back whose NAME is gone, and
-// removes it where both stand. Also removes temporary files of the writer that are older than a
-// day. The folder need not exist.
+// removes it where both stand and NAME isn't empty. Also removes temporary files of the writer that
+// are older than a day. The folder need not exist.
 KIVO_API void RestoreOlder(const String& folder);
 
 // The targets whose last write failed, each once, in order; a later success takes a path off the

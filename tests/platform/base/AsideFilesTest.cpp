@@ -52,6 +52,23 @@ TEST(OlderFiles, OneFormIsAlwaysThere)
     EXPECT_EQ(folder.List(), Names{"a.kvm"});
 }
 
+// A save that failed leaves the older form aside; neither a group's creation nor the next start may
+// take an empty file for its successor.
+TEST(OlderFiles, AnEmptyFileNeverTakesThePlaceOfAnOlderForm)
+{
+    const ScratchFolder folder;
+    folder.Write("a.kvm.older", "older form");
+    EXPECT_EQ(CreateFileIfMissing(folder.Path("a.kvm")), 1);
+    EXPECT_EQ(folder.List(), Names{"a.kvm"});
+    EXPECT_EQ(folder.Read("a.kvm"), "older form");
+
+    folder.Write("b.kvm", "");
+    folder.Write("b.kvm.older", "older form");
+    RestoreOlder(folder.Path());
+    EXPECT_EQ(folder.List(), (Names{"a.kvm", "b.kvm"}));
+    EXPECT_EQ(folder.Read("b.kvm"), "older form");
+}
+
 TEST(OlderFiles, RestoringTouchesNothingElse)
 {
     const ScratchFolder folder;
