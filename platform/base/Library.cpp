@@ -7,12 +7,37 @@
 
 #include <dlfcn.h>
 
+#include <string>
+
 namespace kivo {
+
+namespace {
+
+// The path of a file of that name beside this library; empty if it can't be told.
+std::string FindBesideThisLibrary(const std::string& name)
+{
+    Dl_info self = {};
+    if (dladdr(reinterpret_cast<const void*>(&LoadLibraryW), &self) == 0 ||
+        self.dli_fname == nullptr)
+        return {};
+    const std::string path = self.dli_fname;
+    const std::size_t separator = path.rfind('/');
+    return separator != std::string::npos ? path.substr(0, separator + 1) + name : std::string();
+}
+
+} // namespace
 
 LibraryHandle LoadLibraryW(const String& name)
 {
     const auto native = NativePath(name);
-    return native && !native->empty() ? dlopen(native->c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+    if (!native || native->empty())
+        return nullptr;
+    void* const library = dlopen(native->c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library != nullptr || native->find('/') != std::string::npos)
+        return library;
+    // A sanitizer stands between us and the loader, which then takes the sanitizer's run path.
+    const std::string beside = FindBesideThisLibrary(*native);
+    return beside.empty() ? nullptr : dlopen(beside.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 void* GetProcAddress(LibraryHandle library, const char* name)
