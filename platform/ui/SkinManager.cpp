@@ -253,7 +253,7 @@ String CSkinManager::FindPicture(const String& file) const
     if (file.empty() || file.front() == kSeparator)
         return file;
     for (auto folder = impl_->folders.rbegin(); folder != impl_->folders.rend(); ++folder) {
-        const String path = *folder + ComposePath(u"skin\\" + file, {});
+        String path = *folder + ComposePath(u"skin\\" + file, {});
         if (PathFileExistsW(path) || PathFileExistsW(WithSvg(path)))
             return path;
     }

@@ -127,7 +127,7 @@ void CSkinObject::UnregisterControl(CSkinObject* child)
 }
 
 // The form can't hear of the end of what isn't below it any more.
-void CSkinObject::LeaveForm(CSkinForm& form)
+void CSkinObject::LeaveForm(CSkinForm& form) const
 {
     form.ForgetObject(this);
     for (CSkinObject* control : GetControls())
@@ -468,7 +468,7 @@ void CSkinObject::DestroyPeer()
     const std::unique_ptr<IPeer> peer = std::move(extra_->peer);
 }
 
-void CSkinObject::Tell(Change change)
+void CSkinObject::Tell(Change change) const
 {
     assert(IsUserInterfaceThread());
     if (IPeer* peer = GetPeer())

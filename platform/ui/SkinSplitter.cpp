@@ -70,6 +70,7 @@ void CSkinSplitter::SetFixedPaneSize(int size)
     RePositionSubControls();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the splitter shows.
 void CSkinSplitter::SetPaneVisible(int pane, int visible)
 {
     if (CSkinPanel* panel = GetPane(pane))

@@ -130,6 +130,7 @@ void CSkinWnd::SetCursor(int cursor)
     Tell(Change::Cursor);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the window is asked for a report.
 int CSkinWnd::TrackMouseLeave()
 {
     IWindowPeer* peer = WindowPeerOf(*this);

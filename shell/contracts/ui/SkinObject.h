@@ -132,7 +132,7 @@ public:
 protected:
     virtual std::unique_ptr<IPeer> MakePeer(); // Null: this kind has none, or it can't be made.
     void DestroyPeer();
-    void Tell(Change change); // To the peer, if there is one.
+    void Tell(Change change) const; // To the peer, if there is one.
     void SetBoundsRect(const Rect& bounds);
     void ReleaseControls();                // The children go, the last first.
     [[nodiscard]] Size GetSetSize() const; // As set by SetBounds or the build; 0: not set.
@@ -143,7 +143,7 @@ private:
     struct Extra; // What a row never has; made when first written.
 
     Extra& GetExtra() const;
-    void LeaveForm(CSkinForm& form);
+    void LeaveForm(CSkinForm& form) const;
 
     String id_;
     CSkinObject* parent_ = nullptr;
