@@ -39,7 +39,7 @@ struct FilledTree {
         tree.AppendTree(root, /*show=*/false);
         tree.Create(nullptr);
         group = new Row(&tree, u"playing");
-        group->SetGroup(true);
+        group->SetGroup(/*isGroup=*/true);
         root->AddTreeNode(group);
         group->Expand(&tree, 0, /*expanded=*/true);
         tree.BeginUpdate();
@@ -65,7 +65,7 @@ void BM_MakeRows(benchmark::State& state)
 {
     const auto count = static_cast<int>(state.range(0));
     double bytes = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         const double before = BytesInUse();
         auto filled = std::make_unique<FilledTree>(count);
         state.PauseTiming();
@@ -86,7 +86,7 @@ BENCHMARK(BM_MakeRows)
 void BM_MakeTexts(benchmark::State& state)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         std::vector<std::pair<String, String>> texts(count);
         for (auto& [length, title] : texts) {
             length = u"3:25";
@@ -101,7 +101,7 @@ BENCHMARK(BM_MakeTexts)->Arg(100000)->Unit(benchmark::kMillisecond);
 template <bool kOnePass>
 void BM_RemoveFifth(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         state.PauseTiming();
         auto filled = std::make_unique<FilledTree>(static_cast<int>(state.range(0)));
         std::vector<CSkinTreeItem*> going;
@@ -127,7 +127,7 @@ BENCHMARK_TEMPLATE(BM_RemoveFifth, false)->Arg(100000)->Unit(benchmark::kMillise
 // As a category clears itself: each row is located, taken out, and freed.
 void BM_ClearRows(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         state.PauseTiming();
         auto filled = std::make_unique<FilledTree>(static_cast<int>(state.range(0)));
         state.ResumeTiming();
@@ -150,7 +150,7 @@ void BM_SelectAllAndAsk(benchmark::State& state)
 {
     FilledTree filled(static_cast<int>(state.range(0)));
     filled.tree.SetCurrentRow(filled.group->GetChild(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         filled.tree.SelectAll();
         benchmark::DoNotOptimize(filled.tree.GetAllSelectedItem());
         filled.tree.ClearAllSelected();
@@ -162,7 +162,7 @@ void BM_LayOutRow(benchmark::State& state)
 {
     FilledTree filled(/*count=*/50);
     int index = 0;
-    for (auto _ : state)
+    for ([[maybe_unused]] const auto _ : state)
         benchmark::DoNotOptimize(
             filled.group->GetChild(index++ % 50)->LayOutForView({300, 28}).data());
 }

@@ -280,11 +280,11 @@ TEST_F(Forms, ABrowserTellsTheAddressBeforeTheNewWindow)
 
 TEST_F(Forms, WithoutItsModuleABrowserIsNotCreated)
 {
-    null_.SetBrowserMissing(true);
+    null_.SetBrowserMissing(/*missing=*/true);
     CSkinWebBrowser browser;
     EXPECT_EQ(browser.Create(u"B", wndstyle::kChild, {}, nullptr, 3343, 0x84), 0);
     EXPECT_FALSE(browser.IsWindow());
-    null_.SetBrowserMissing(false);
+    null_.SetBrowserMissing(/*missing=*/false);
     EXPECT_EQ(browser.Create(u"B", wndstyle::kChild, {}, nullptr, 3343, 0x84), 1);
 }
 

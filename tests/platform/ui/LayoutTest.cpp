@@ -92,7 +92,7 @@ TEST(MeasureStrips, WhatItMeasuresIsJustEnough)
 
 class PanelLayout : public testing::Test {
 protected:
-    ~PanelLayout() override { CSkinManager::GetInstance()->SetRightToLeft(false); }
+    ~PanelLayout() override { CSkinManager::GetInstance()->SetRightToLeft(/*on=*/false); }
 
     CSkinPanel* Add(CSkinPanel& parent, int style, int width, int height)
     {
@@ -139,7 +139,7 @@ TEST_F(PanelLayout, AStripThatWasSqueezedGetsItsSizeBack)
 
 TEST_F(PanelLayout, RightToLeftMirrorsOnceAtTheEnd)
 {
-    CSkinManager::GetInstance()->SetRightToLeft(true);
+    CSkinManager::GetInstance()->SetRightToLeft(/*on=*/true);
     const CSkinPanel* left = Add(page_, kLeft, 30, 1);
     const CSkinPanel* free = Add(page_, kNone, 10, 5);
     for (int pass = 0; pass < 2; ++pass) {

@@ -76,7 +76,7 @@ struct FillCanvas final : ICanvas {
 
 class Rows : public testing::Test {
 protected:
-    ~Rows() override { CSkinManager::GetInstance()->SetRightToLeft(false); }
+    ~Rows() override { CSkinManager::GetInstance()->SetRightToLeft(/*on=*/false); }
 
     template <class Row>
     Row* Add()
@@ -95,7 +95,7 @@ TEST_F(Rows, CellsStandWhereTheAnchorsPutThem)
 {
     auto* row = Add<TrackRow>();
     struct Case {
-        bool mirrored;
+        bool mirrored = false;
         Rect icon, length, text;
     };
     // A track's indent of 18, its inset of 2, the margin of 15 at the end.

@@ -23,7 +23,7 @@ protected:
     ~Skin() override
     {
         skin_.Clear();
-        skin_.SetDark(false);
+        skin_.SetDark(/*dark=*/false);
     }
 
     // A panel built from the one node that the file describes.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
 
 namespace kivo::ui {
 namespace {
@@ -127,7 +128,7 @@ TEST(SliderDrag, APressBesideTheThumbJumpsThereAndGoesOn)
 TEST(SliderDrag, WithoutLiveEventsTheHandIsSilent)
 {
     CountedSlider slider;
-    slider.SetLiveEvents(false);
+    slider.SetLiveEvents(/*live=*/false);
     slider.Press(105);
     slider.Move(125);
     slider.Drop(125);
@@ -146,7 +147,7 @@ TEST(SliderDrag, CancellingTakesTheWayBack)
 
     // A silent one has been counted on meanwhile; only the jump goes.
     CountedSlider counted;
-    counted.SetLiveEvents(false);
+    counted.SetLiveEvents(/*live=*/false);
     counted.SetPosition(20);
     counted.Press(105);
     counted.SetPosition(counted.GetPosition() + 1);
@@ -159,7 +160,7 @@ TEST(SliderDrag, CancellingTakesTheWayBack)
 TEST(SliderDrag, LockedInMidDragItEndsSilently)
 {
     CountedSlider slider;
-    slider.SetLiveEvents(false);
+    slider.SetLiveEvents(/*live=*/false);
     slider.Press(5);
     slider.locked = true;
     slider.Move(100);
@@ -228,7 +229,10 @@ TEST(SliderDrag, AListenerMayDestroyTheSlider)
 {
     struct Killer {
         CSkinSlider* slider;
-        void Hear(CSkinObject* /*sender*/, void* /*data*/) { slider->Release(); }
+        void Hear(CSkinObject* /*sender*/, void* /*data*/)
+        {
+            std::exchange(slider, nullptr)->Release();
+        }
     };
     auto* slider = new CSkinSlider;
     slider->SetBounds(0, 0, 100, 6);

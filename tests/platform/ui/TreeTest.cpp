@@ -130,19 +130,19 @@ TEST_F(Tree, AnEditEndsWithTheTextThatWasTyped)
 {
     struct Case {
         const char* name;
-        int limit;
         String typed;
-        bool committed;
         String heard; // Empty: nothing.
+        int limit;
+        bool committed;
     };
     const Case kCases[] = {
-        {"ACommit",           0, u"new",          true,  u"a1>new"},
-        {"EscapeIsNone",      0, u"new",          false, u""      },
-        {"UnchangedIsEscape", 0, u"a1",           true,  u""      },
-        {"EmptiedIsAChange",  0, u"",             true,  u"a1>"   },
-        {"CutToTheLimit",     3, u"abcdef",       true,  u"a1>abc"},
-        {"NeverHalfAPair",    3, u"ab\U0001F3B5", true,  u"a1>ab" },
-        {"NorAfterTheEditor", 9, u"ab\xD83C",     true,  u"a1>ab" },
+        {"ACommit",           u"new",          u"a1>new", 0, true },
+        {"EscapeIsNone",      u"new",          u"",       0, false},
+        {"UnchangedIsEscape", u"a1",           u"",       0, true },
+        {"EmptiedIsAChange",  u"",             u"a1>",    0, true },
+        {"CutToTheLimit",     u"abcdef",       u"a1>abc", 3, true },
+        {"NeverHalfAPair",    u"ab\U0001F3B5", u"a1>ab",  3, true },
+        {"NorAfterTheEditor", u"ab\xD83C",     u"a1>ab",  9, true },
     };
     for (const Case& row : kCases) {
         SCOPED_TRACE(row.name);
