@@ -116,6 +116,21 @@ void Playback::Open(const std::vector<String>& items)
     PostRestCheck();
 }
 
+void Playback::CheckRest()
+{
+    if (hasQuit_ || !remote_.IsAtRest())
+        return;
+    hasRested_ = true;
+    const LifeWatch life = life_.Watch();
+    Settle();
+    if (!life.IsAlive() || !(rules_.quitsAtEnd || (rules_.quitsIfNothingPlayed && !hasPlayed_)))
+        return;
+    hasQuit_ = true;
+    if (!hasPlayed_)
+        terminal_.PrintLine("nothing could be played");
+    quit_(hasPlayed_ ? 0 : 1);
+}
+
 void Playback::ShowStatus()
 {
     if (!rules_.showsStatus)
@@ -149,21 +164,6 @@ void Playback::OnState(int state)
 void Playback::PostRestCheck()
 {
     PostQueue::Get().Post(new CallLater(life_.Watch(), [this] { CheckRest(); }));
-}
-
-void Playback::CheckRest()
-{
-    if (hasQuit_ || !remote_.IsAtRest())
-        return;
-    hasRested_ = true;
-    const LifeWatch life = life_.Watch();
-    Settle();
-    if (!life.IsAlive() || !(rules_.quitsAtEnd || (rules_.quitsIfNothingPlayed && !hasPlayed_)))
-        return;
-    hasQuit_ = true;
-    if (!hasPlayed_)
-        terminal_.PrintLine("nothing could be played");
-    quit_(hasPlayed_ ? 0 : 1);
 }
 
 void Playback::Settle()

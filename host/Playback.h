@@ -48,12 +48,15 @@ public:
     [[nodiscard]] bool HasSettled() const { return hasPlayed_ || hasRested_; }
     void SetSettledListener(std::function<void()> listener) { onSettled_ = std::move(listener); }
 
+    // Looks whether the run is to end. It looks by itself after each state; an import that brings
+    // nothing ends without one, so call it now and then.
+    void CheckRest();
+
     void ShowStatus(); // Now; where there is a status line it also follows each state by itself.
 
 private:
     void OnState(int state);
     void PostRestCheck();
-    void CheckRest();
     void Settle();
 
     ITuneHiveRemote& remote_;

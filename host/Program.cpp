@@ -48,6 +48,7 @@ enum ExitStatus : int { kDone = 0, kNothingPlayed = 1, kWrongUse = 2, kProfileIn
 
 constexpr int kStopWaitMs = 5000;
 constexpr int kStatusPeriodMs = 1000;
+constexpr int kRestPeriodMs = 250;
 constexpr char kSettingsFile[] = "/host.ini";
 constexpr char kVolumeKey[] = "volume";
 constexpr char kMuteKey[] = "mute";
@@ -114,6 +115,7 @@ private:
     std::optional<Playback> playback_;
     std::optional<Screenshot> screenshot_;
     QTimer statusTimer_;
+    QTimer restTimer_;
     std::optional<int> status_; // Set once the run is to end.
     bool audioFailed_ = false;
     bool closedByUser_ = false;
@@ -246,6 +248,10 @@ void Session::StartPlaying()
     if (!options_.musicServer.empty())
         remote->SetMusicServer(common::utf8_to_CString(options_.musicServer));
     playback_->Open(options_.items);
+    if (rules.quitsAtEnd || rules.quitsIfNothingPlayed) {
+        QObject::connect(&restTimer_, &QTimer::timeout, [this] { playback_->CheckRest(); });
+        restTimer_.start(kRestPeriodMs);
+    }
     if (rules.showsStatus && terminal_.IsTerminal()) {
         QObject::connect(&statusTimer_, &QTimer::timeout, [this] { playback_->ShowStatus(); });
         statusTimer_.start(kStatusPeriodMs);
@@ -280,6 +286,7 @@ void Session::Leave(int status)
 void Session::Stop()
 {
     statusTimer_.stop();
+    restTimer_.stop();
     screenshot_.reset();
     form_.EndEdits();
     bool isAtRest = true;

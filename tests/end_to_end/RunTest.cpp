@@ -75,12 +75,16 @@ TEST_F(RunTest, WhatCannotBeSavedIsNamed)
         GTEST_SKIP() << "needs another user";
     constexpr unsigned kNobody = 65534;
     const std::string tune = media_.Make("a.wav", 0.2);
-    fs::create_directories(GetProfile() + "/tunehive/lib");
+    KivoRun first({"--profile", GetProfile(), "--quit-at-end", tune});
+    ASSERT_EQ(first.WaitForEnd(20), 0);
     fs::permissions(media_.GetPath(""), fs::perms(0755));
+    fs::permissions(GetProfile(), fs::perms(0755));
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(GetProfile()))
+        fs::permissions(entry, fs::perms(0755));
     KivoRun run({"--profile", GetProfile(), "--quit-at-end", tune},
                 {"", {"HOME=/nowhere"}, kNobody});
     EXPECT_EQ(run.WaitForEnd(20), 0);
-    EXPECT_NE(run.GetErrors().find("config.xml could not be saved"), std::string::npos)
+    EXPECT_NE(run.GetErrors().find("playing.kvm could not be saved"), std::string::npos)
         << run.GetErrors();
 }
 
