@@ -17,6 +17,8 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 
+#include <utility>
+
 namespace kivo::ui::qt {
 
 namespace {
@@ -70,9 +72,9 @@ RowView::RowView(CSkinList& list, CSkinTree* tree, QWidget* parent)
 void RowView::Detach()
 {
     BeginEcho();
-    if (editor_ != nullptr)
-        QTreeView::closeEditor(editor_, QAbstractItemDelegate::RevertModelCache);
     list_ = nullptr;
+    if (QWidget* editor = std::exchange(editor_, nullptr))
+        QTreeView::closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
     tree_ = nullptr;
     selection_->Detach();
     model_->Detach();
@@ -157,6 +159,13 @@ void RowView::doItemsLayout()
         verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(top_).top() -
                                       topOffset_);
     top_ = QModelIndex();
+}
+
+// All rows have gone; Qt takes an editor along.
+void RowView::reset()
+{
+    editor_ = nullptr;
+    QTreeView::reset();
 }
 
 // Editing.

@@ -50,6 +50,7 @@ public:
     [[nodiscard]] QPoint GetMenuPlace() const override;
 
     void doItemsLayout() override;
+    void reset() override;
     void keyboardSearch(const QString& search) override;
 
 protected:
