@@ -50,10 +50,10 @@ void Pages::ShowPluginPage(IPluginWindow* window)
     shown_ = window;
     if (before != window && before != nullptr)
         before->ShowPage(/*visible=*/0);
-    if (view_ != nullptr)
-        view_->OnPageShown(window);
     if (before != window && window != nullptr)
         window->ShowPage(/*visible=*/1);
+    if (view_ != nullptr)
+        view_->OnPageShown(window); // Lays out what is visible now.
 }
 
 void Pages::UpdatePluginPage(IPluginWindow* window)

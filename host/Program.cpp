@@ -171,9 +171,9 @@ void Session::OpenForm()
 
 int Session::Run()
 {
+    LoadPlugins();
     if (!screen_.IsVisible())
         terminal_.PrintLine("there is no display; running without a window");
-    LoadPlugins();
     if (screen_.IsVisible() || !options_.screenshot.empty())
         form_.ShowWindow(/*command=*/5);
     StartPlaying();
