@@ -1,6 +1,8 @@
 #include "shell/contracts/common/XmlBounds.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace kivo::common {
 namespace {
@@ -24,13 +26,12 @@ struct StartTag {
 StartTag ReadStartTag(std::string_view text, std::size_t at)
 {
     StartTag tag;
-    char quote = '\0';
     for (; at < text.size(); ++at) {
         const char c = text[at];
-        if (quote != '\0') {
-            quote = c == quote ? '\0' : quote;
-        } else if (c == '"' || c == '\'') {
-            quote = c;
+        if (c == '"' || c == '\'') {
+            at = text.find(c, at + 1);
+            if (at == std::string_view::npos)
+                return tag;
         } else if (c == '=') {
             ++tag.attributes;
         } else if (c == '>') {
@@ -50,6 +51,19 @@ std::size_t SequenceLength(unsigned char lead)
     if (lead >= 0xE0 && lead <= 0xEF)
         return 3;
     return lead >= 0xC2 && lead <= 0xDF ? 2 : 1;
+}
+
+// Behind the whole words of ASCII that begin at `at`: most of an ordinary file.
+std::size_t SkipAscii(std::string_view bytes, std::size_t at)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::uint64_t word = 0;
+    for (; bytes.size() - at >= sizeof word; at += sizeof word) {
+        std::memcpy(&word, bytes.data() + at, sizeof word);
+        if ((word & kHighBits) != 0)
+            break;
+    }
+    return at;
 }
 
 // Behind what begins at `at` and isn't an element; npos: the text ends in it.
@@ -91,7 +105,7 @@ bool IsInsideXmlBounds(std::string_view text)
 
 bool IsWholeUtf8(std::string_view bytes)
 {
-    for (std::size_t i = 0; i < bytes.size();) {
+    for (std::size_t i = SkipAscii(bytes, 0); i < bytes.size(); i = SkipAscii(bytes, i)) {
         const std::size_t length = SequenceLength(static_cast<unsigned char>(bytes[i]));
         if (length > bytes.size() - i)
             return false;

@@ -19,6 +19,8 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // Line ends become LF and the text stops at a NUL, as TiXmlDocument::LoadFile has it.
 void NormalizeLines(std::string& text)
 {
+    if (text.find('\r') == std::string::npos && text.find('\0') == std::string::npos)
+        return;
     std::size_t to = 0;
     for (std::size_t from = 0; from < text.size() && text[from] != '\0'; ++from) {
         const bool isReturn = text[from] == '\r';
@@ -35,6 +37,17 @@ bool NamesUtf8(const std::string& encoding)
            common::string_compare_no_case(encoding, "utf8") == 0;
 }
 
+// Whether TinyXML's UTF-8 mode makes a difference, and can be had. In it a lead byte without its
+// followers swallows the quote behind it. The values are the same bytes in both modes but for
+// references to characters by number; the mode also takes some characters that begin with EF for
+// blanks. The byte mode is the quicker one.
+bool NeedsUtf8(std::string_view text)
+{
+    const bool differs =
+        text.find('\xEF') != std::string_view::npos || text.find("&#") != std::string_view::npos;
+    return differs && common::IsWholeUtf8(text);
+}
+
 // Walks a document with TinyXML's own parsers, one node of the upper two levels at a time. It is an
 // element only to reach the steps that TinyXML keeps for its nodes.
 class RecordParser : private TiXmlElement {
@@ -47,11 +60,11 @@ public:
     {
     }
 
-    XmlResult ParseDocument(const char* text, bool isValidUtf8);
+    XmlResult ParseDocument(const char* text, bool needsUtf8);
 
 private:
     const char* SkipBlanks(const char* text) const;
-    void FindProlog(const char* text, bool isValidUtf8);
+    void FindProlog(const char* text, bool needsUtf8);
     bool IsRoot(const char* text) const;
     const char* ParseNode(const char* text, bool isRecord);
     const char* ParseRoot(const char* text);
@@ -64,10 +77,10 @@ private:
     bool hasRoot_ = false;
 };
 
-XmlResult RecordParser::ParseDocument(const char* text, bool isValidUtf8)
+XmlResult RecordParser::ParseDocument(const char* text, bool needsUtf8)
 {
     text = SkipBlanks(text);
-    FindProlog(text, isValidUtf8);
+    FindProlog(text, needsUtf8);
     // What stands between nodes of the document and begins no node ends it.
     while (text != nullptr && *text == '<') {
         text = !hasRoot_ && IsRoot(text) ? ParseRoot(text) : ParseNode(text, /*isRecord=*/false);
@@ -85,10 +98,7 @@ const char* RecordParser::SkipBlanks(const char* text) const
     return rest != nullptr ? rest : text;
 }
 
-// In TinyXML's UTF-8 mode a lead byte without its followers swallows the quote behind it, so
-// that mode is kept for files that say that they are UTF-8 and are. The values are the same bytes
-// in both.
-void RecordParser::FindProlog(const char* text, bool isValidUtf8)
+void RecordParser::FindProlog(const char* text, bool needsUtf8)
 {
     prolog_ = {};
     if (!StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
@@ -96,7 +106,7 @@ void RecordParser::FindProlog(const char* text, bool isValidUtf8)
     TiXmlDeclaration declaration;
     declaration.Parse(text, nullptr, TIXML_ENCODING_LEGACY);
     prolog_ = {/*isDeclared=*/true, declaration.Encoding()};
-    if (isValidUtf8 && NamesUtf8(prolog_.encoding))
+    if (needsUtf8 && NamesUtf8(prolog_.encoding))
         encoding_ = TIXML_ENCODING_UTF8;
 }
 
@@ -109,13 +119,18 @@ bool RecordParser::IsRoot(const char* text) const
 
 const char* RecordParser::ParseNode(const char* text, bool isRecord)
 {
+    // Nearly all nodes are elements; Identify would compare each with all other kinds first.
+    if (text[1] == '_' || IsAlpha(static_cast<unsigned char>(text[1]), encoding_) != 0) {
+        TiXmlElement element("");
+        const char* const rest = element.Parse(text, nullptr, encoding_);
+        if (rest != nullptr && isRecord)
+            take_(element);
+        return rest;
+    }
     const std::unique_ptr<TiXmlNode> node(Identify(text, encoding_));
     if (node == nullptr)
         return nullptr;
-    const char* const rest = node->Parse(text, nullptr, encoding_);
-    if (rest != nullptr && isRecord && node->ToElement() != nullptr)
-        take_(*node->ToElement());
-    return rest;
+    return node->Parse(text, nullptr, encoding_);
 }
 
 // The start tag alone goes to TinyXML, as an element without content.
@@ -174,7 +189,7 @@ ParseXmlRecords(std::string bytes, const char* root, XmlProlog& prolog, const Ta
     NormalizeLines(bytes);
     if (!IsInsideXmlBounds(bytes))
         return XmlResult::Failed;
-    return RecordParser(root, prolog, take).ParseDocument(bytes.c_str(), IsWholeUtf8(bytes));
+    return RecordParser(root, prolog, take).ParseDocument(bytes.c_str(), NeedsUtf8(bytes));
 }
 
 XmlResult
