@@ -15,6 +15,9 @@ namespace {
 // So many files are under way from the disk while one is being read.
 constexpr std::size_t kAhead = 16;
 
+// After so many files in a row that were in memory only every so many-th is asked for.
+constexpr std::size_t kProbe = 8;
+
 std::atomic<int> runningCount = 0;
 
 FolderImport Own(WPARAM wParam, LPARAM lParam)
@@ -106,9 +109,12 @@ void CAddFolderThread::AskAhead()
     IMediaLibManager* const manager = FindMediaLibManager();
     const std::size_t end = std::min(next_ + kAhead, paths_->size());
     for (asked_ = std::max(asked_, next_ + 1); asked_ < end; ++asked_) {
+        // A folder that is in memory anyway is only looked at here and there.
+        if (inMemory_ >= kProbe && asked_ % kProbe != 0)
+            continue;
         MediaInfo known;
         if (manager->PeekMediaInfo((*paths_)[asked_], known) != CacheLook::Hit)
-            AskForFile((*paths_)[asked_]);
+            inMemory_ = AskForFile((*paths_)[asked_]) ? 0 : inMemory_ + 1;
     }
 }
 

@@ -57,6 +57,7 @@ private:
     std::unique_ptr<CStringArray> paths_; // Null before the walk and after the post.
     std::size_t next_ = 0;                // The file to read.
     std::size_t asked_ = 0;               // Up to here the disk has been asked for.
+    std::size_t inMemory_ = 0;            // Files in a row that needed no disk.
 };
 
 } // namespace kivo::tunehive

@@ -9,6 +9,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
+#include <forward_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,17 +26,52 @@ constexpr const char* kRootName = "Caches";
 constexpr const char* kEntryName = "Cache";
 constexpr const char* kKeyName = "id";
 
-// The bytes of a value in the form that entries keep. Valid text is used as it stands; `converted`
-// holds what isn't, and must stay where it is.
-std::string_view ToEntryText(std::string_view bytes, bool isUtf8, std::string& converted)
+// Whole words at a time: a large library has some twenty million of these bytes.
+bool IsAscii(std::string_view bytes)
 {
-    const bool isAscii = std::all_of(
-        bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80U; });
-    if (isAscii)
+    std::uint64_t bits = 0;
+    for (; bytes.size() >= sizeof bits; bytes.remove_prefix(sizeof bits)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data(), sizeof word);
+        bits |= word;
+    }
+    std::uint64_t rest = 0;
+    if (!bytes.empty())
+        std::memcpy(&rest, bytes.data(), bytes.size());
+    return ((bits | rest) & 0x8080808080808080U) == 0;
+}
+
+// The bytes of a value in the form that entries keep: ASCII as it stands, all else by way of text,
+// so that what is malformed is settled here. `converted` keeps what isn't borrowed from `bytes`.
+std::string_view
+ToEntryText(std::string_view bytes, bool isUtf8, std::forward_list<std::string>& converted)
+{
+    if (IsAscii(bytes))
         return bytes;
-    converted = common::CString_to_utf8(isUtf8 ? common::utf8_to_CString(bytes)
-                                               : common::MBCS2CString(bytes, 0));
-    return converted;
+    const String text =
+        isUtf8 ? common::utf8_to_CString(bytes) : common::MBCS2CString(bytes, /*codePage=*/0);
+    return converted.emplace_front(common::CString_to_utf8(text));
+}
+
+// Adds the entry of an element, if it is one and has a key.
+void TakeEntry(const TiXmlElement& element, bool isUtf8, std::vector<CPackedEntry>& entries)
+{
+    if (!IsNamed(element, kEntryName))
+        return;
+    std::forward_list<std::string> converted;
+    const std::string_view key = ToEntryText(GetAttribute(element, kKeyName), isUtf8, converted);
+    if (key.empty())
+        return;
+    std::array<PackedField, kMediaInfoKeyCount> fields{}; // No attribute comes twice.
+    std::size_t count = 0;
+    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
+         attribute = attribute->Next())
+        if (const auto found = FindInfoKey(attribute->NameTStr()))
+            fields[count++] = {*found, ToEntryText(attribute->ValueStr(), isUtf8, converted)};
+    const auto byKey = [](const PackedField& a, const PackedField& b) { return a.key < b.key; };
+    if (!std::is_sorted(fields.begin(), fields.begin() + count, byKey))
+        std::sort(fields.begin(), fields.begin() + count, byKey);
+    entries.emplace_back(key, std::span(fields.data(), count));
 }
 
 } // namespace
@@ -49,48 +88,24 @@ bool CLibCacheFile::Load()
     isUnread_ = false;
     entries_.clear();
     XmlProlog prolog;
+    std::vector<CPackedEntry> loaded;
     const XmlResult result =
-        ReadXmlRecords(path_, kRootName, prolog, [this, &prolog](const TiXmlElement& element) {
-            Take(element, prolog.isDeclared);
+        ReadXmlRecords(path_, kRootName, prolog, [&loaded, &prolog](const TiXmlElement& element) {
+            TakeEntry(element, prolog.isDeclared, loaded);
         });
     if (result != XmlResult::Read) {
         isUnread_ = IsUnread(result);
-        entries_.clear();
         return false;
     }
+    // From the last to the first: of two entries with one key the later stays.
+    entries_.reserve(loaded.size());
+    for (auto entry = loaded.rbegin(); entry != loaded.rend(); ++entry)
+        entries_.insert(std::move(*entry));
     if (!prolog.isDeclared) {
         SetOlderAside(path_);
         dirty_ = 1;
     }
     return true;
-}
-
-void CLibCacheFile::Take(const TiXmlElement& element, bool isUtf8)
-{
-    if (!IsNamed(element, kEntryName))
-        return;
-    std::string keyText;
-    const std::string_view key = ToEntryText(GetAttribute(element, kKeyName), isUtf8, keyText);
-    if (key.empty())
-        return;
-    std::array<std::string_view, kMediaInfoKeyCount> texts;
-    std::array<std::string, kMediaInfoKeyCount> converted;
-    std::array<bool, kMediaInfoKeyCount> present{};
-    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
-         attribute = attribute->Next()) {
-        const auto found = FindInfoKey(attribute->NameTStr());
-        if (!found)
-            continue;
-        const auto index = static_cast<std::size_t>(*found);
-        texts[index] = ToEntryText(attribute->ValueStr(), isUtf8, converted[index]);
-        present[index] = true;
-    }
-    std::array<PackedField, kMediaInfoKeyCount> fields{};
-    std::size_t count = 0;
-    for (std::size_t index = 0; index < texts.size(); ++index)
-        if (present[index])
-            fields[count++] = {static_cast<std::int32_t>(index), texts[index]};
-    Replace(CPackedEntry(key, {fields.data(), count}));
 }
 
 void CLibCacheFile::Replace(CPackedEntry entry)

@@ -7,8 +7,6 @@
 #include <cstddef>
 #include <unordered_set>
 
-class TiXmlElement;
-
 namespace kivo::tunehive {
 
 // One library file in memory: metadata records under the paths or URLs of their tracks, which
@@ -39,7 +37,6 @@ public:
 private:
     using Entries = std::unordered_set<CPackedEntry, PackedEntryHash, PackedEntryEqual>;
 
-    void Take(const TiXmlElement& element, bool isUtf8);
     void Replace(CPackedEntry entry);
     [[nodiscard]] bool WriteEntries() const;
 

@@ -56,6 +56,13 @@ int FindNewerFileType(const String& extension)
     return FindFileType(common::ToLowerAscii(extension));
 }
 
+int FindTypeOf(const String& file)
+{
+    const String extension = PathFindExtensionW(file);
+    const int type = FindFileType(extension);
+    return type != kNoFileType ? type : FindNewerFileType(extension);
+}
+
 void ApplyTitleRule(const String& path, MediaInfo& info)
 {
     String& title = info[kInfoTitle];
@@ -291,11 +298,7 @@ PathClass MediaLibManager::ClassifyPath(const String& path)
 
 int MediaLibManager::GetFileType(const String& path)
 {
-    if (ClassifyPath(path) != PathClass::LocalFile)
-        return kNoFileType;
-    const String extension = PathFindExtensionW(path);
-    const int type = FindFileType(extension);
-    return type != kNoFileType ? type : FindNewerFileType(extension);
+    return ClassifyPath(path) == PathClass::LocalFile ? FindTypeOf(path) : kNoFileType;
 }
 
 bool MediaLibManager::ReadFromProviders(const String& path, MediaInfo& info) const
@@ -305,7 +308,7 @@ bool MediaLibManager::ReadFromProviders(const String& path, MediaInfo& info) con
         return false;
     if (kind == PathClass::Url)
         return remoteProvider_ != nullptr && remoteProvider_->GetMediaInfo(path, info) != 0;
-    const auto found = providerTable_.find(GetFileType(path));
+    const auto found = providerTable_.find(FindTypeOf(path));
     if (found == providerTable_.end())
         return false;
     const std::vector<IMediaInfoProvider*> providers = found->second;

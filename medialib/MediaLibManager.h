@@ -48,7 +48,7 @@ public:
 
     [[nodiscard]] static PathClass ClassifyPath(const String& path);
 
-    // The MediaFileType of an existing file by its extension; kNoFileType without one.
+    // The MediaFileType of an existing file, no folder, by its extension; kNoFileType without one.
     [[nodiscard]] static int GetFileType(const String& path);
 
     // True: a provider had an answer, which stands in `info`.

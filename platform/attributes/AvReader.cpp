@@ -182,6 +182,7 @@ void PrepareAvformat()
 
 std::optional<AttributeRecord> ReadByAvformat(MediaSource& source, const std::string& extension)
 {
+    source.ExpectSequentialReads();
     Input input;
     input.source = &source;
     input.deadline = std::chrono::steady_clock::now() + kMaxTime;

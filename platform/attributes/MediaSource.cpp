@@ -31,12 +31,19 @@ MediaSource::MediaSource(const String& path)
         return;
     }
     length_ = status.st_size;
+    ::posix_fadvise(descriptor_, 0, 0, POSIX_FADV_RANDOM);
 }
 
 MediaSource::~MediaSource()
 {
     if (descriptor_ >= 0)
         ::close(descriptor_);
+}
+
+void MediaSource::ExpectSequentialReads() const
+{
+    if (IsOpen())
+        ::posix_fadvise(descriptor_, 0, 0, POSIX_FADV_NORMAL);
 }
 
 std::size_t MediaSource::ReadThrough(std::int64_t offset, char* bytes, std::size_t count) const

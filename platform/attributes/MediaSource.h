@@ -20,6 +20,10 @@ public:
     [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
     [[nodiscard]] std::int64_t GetLength() const { return length_; } // Bytes, as at the opening.
 
+    // Tags stand here and there, so that nothing is read ahead of what is asked. A reader that goes
+    // through the file from its start says so first.
+    void ExpectSequentialReads() const;
+
     // Bytes from `offset` on: fewer than asked at the end, 0 on an error. Small reads go through
     // the window.
     std::size_t ReadAt(std::int64_t offset, void* bytes, std::size_t count);

@@ -35,8 +35,8 @@ private:
 };
 
 // Asks the disk for what a reader of tags will want of the file, its head and its end, and waits
-// for neither. A file that can't be opened is passed over.
-KIVO_API void AskForFile(const String& path);
+// for neither. False: the head was in memory already, or the file can't be opened.
+KIVO_API bool AskForFile(const String& path);
 
 enum class ReadResult { Read, Missing, TooLarge, Failed };
 
