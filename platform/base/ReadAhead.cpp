@@ -13,8 +13,8 @@ namespace {
 
 // What readers of tags ask for first: headers and ID3v2 stand in front, ID3v1 and the last page of
 // an Ogg stream at the end. More would cost a slow disk more than it saves.
-constexpr off_t kHead = 16 * 1024;
-constexpr off_t kEnd = 4 * 1024;
+constexpr off_t kHead = 32 * 1024;
+constexpr off_t kEnd = 16 * 1024;
 
 // Whether the first byte can be read without the disk. An empty file needs none. The advice keeps
 // the question from starting a read of its own, larger than ours.
