@@ -10,7 +10,7 @@
 namespace kivo {
 namespace {
 
-using std::string_view_literals::operator""sv; // The rows hold NULs.
+using namespace std::string_view_literals; // The rows hold NULs.
 
 struct PageCase {
     int codePage;

@@ -72,7 +72,7 @@ protected:
         EXPECT_EQ(Event::alive, 0); // Whatever the road, each event is freed, once.
     }
 
-    void Post(int number, std::function<void()> more = {})
+    void Post(int number, const std::function<void()>& more = {})
     {
         queue_.Post(new Event([this, number, more] {
             ran_.push_back(number);

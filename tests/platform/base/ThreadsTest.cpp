@@ -150,8 +150,10 @@ protected:
     {
         return std::make_unique<Job>(name, slices, std::move(tell));
     }
-    void
-    Post(JobPriority priority, const char* name, int slices = 1, std::function<void()> onSlice = {})
+    void Post(JobPriority priority,
+              const char* name,
+              int slices = 1,
+              const std::function<void()>& onSlice = {})
     {
         worker_.Post(priority, MakeJob(name, slices, [this, onSlice](const char* told) {
                          told_ += told;
