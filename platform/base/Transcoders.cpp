@@ -30,19 +30,32 @@ String DecodeAll(std::string_view bytes, utf::Surrogates surrogates, OnMalformed
     return text;
 }
 
+// Appends the ASCII units from `position` on and says how many there were.
+std::size_t AppendAscii(std::string& bytes, StringView text, std::size_t position)
+{
+    std::size_t end = position;
+    while (end < text.size() && text[end] < 0x80)
+        ++end;
+    const std::size_t before = bytes.size();
+    bytes.resize(before + end - position);
+    for (std::size_t i = position; i < end; ++i)
+        bytes[before + i - position] = static_cast<char>(text[i]);
+    return end - position;
+}
+
 // Calls `onUnpaired` with the result and each surrogate that stands alone.
 template <class OnUnpaired>
 std::string EncodeAll(StringView text, OnUnpaired onUnpaired)
 {
     std::string bytes;
     bytes.reserve(text.size() + text.size() / 2);
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char16_t unit = text[i];
+    for (std::size_t i = AppendAscii(bytes, text, 0); i < text.size();
+         i += AppendAscii(bytes, text, i)) {
+        const char16_t unit = text[i++];
         if (!utf::IsHighSurrogate(unit) && !utf::IsLowSurrogate(unit)) {
             utf::AppendUtf8(bytes, unit);
-        } else if (utf::IsHighSurrogate(unit) && i + 1 < text.size() &&
-                   utf::IsLowSurrogate(text[i + 1])) {
-            utf::AppendUtf8(bytes, 0x10000U + ((unit & 0x3FFU) << 10U) + (text[i + 1] & 0x3FFU));
+        } else if (utf::IsHighSurrogate(unit) && i < text.size() && utf::IsLowSurrogate(text[i])) {
+            utf::AppendUtf8(bytes, 0x10000U + ((unit & 0x3FFU) << 10U) + (text[i] & 0x3FFU));
             ++i;
         } else {
             onUnpaired(bytes, unit);
