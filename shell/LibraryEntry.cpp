@@ -28,7 +28,7 @@ private:
     bool isStarted_;
 };
 
-const InstanceRun instanceRun; // Behind `application`: made after it, gone before it.
+InstanceRun instanceRun; // Behind `application`: made after it, gone before it.
 
 } // namespace
 

@@ -290,7 +290,7 @@ void TuneHiveWindow::AddTrack(
         tree->AddTrack(group, url, name, allowDuplicate, sid);
 }
 
-void TuneHiveWindow::ExpandGroup(const String& group)
+void TuneHiveWindow::ExpandGroup(const String& group) const
 {
     if (CMediaTree* tree = GetTree())
         tree->ExpandGroup(group);

@@ -56,7 +56,7 @@ public:
                   const String& name,
                   int allowDuplicate,
                   String& sid) override;
-    void ExpandGroup(const String& group);
+    void ExpandGroup(const String& group) const;
     void PlayTrack(const String& group, const String& sid) override;
 
     int ShowAddURLForm(CWnd* parent, String& group, String& url, String& name) override;

@@ -99,7 +99,7 @@ String TuneHiveRemote::GetTitle() const
 {
     MediaInfo stored;
     window_.GetCurrentTrackInfo(stored);
-    const String name = GetInfoText(stored, kStoredName);
+    String name = GetInfoText(stored, kStoredName);
     if (!name.empty())
         return name;
     MediaInfo info;

@@ -35,6 +35,7 @@ ui::IMenu* IPlugin::OnQueryFunMenu(const MenuDelegate& /*chosen*/)
 
 void IPlugin::OnDoFunMenu(std::vector<String>& /*users*/, ui::IMenu* /*entry*/) {}
 
+// NOLINTBEGIN(performance-unnecessary-value-param): host and plug-in pass these by value
 void IPlugin::OnSignatureFun(String /*user*/, Property /*sign*/) {}
 
 String IPlugin::GetStateSignIconPath(String /*kind*/)
@@ -55,6 +56,8 @@ bool IPlugin::IsCanReceiveMsg(int /*kind*/)
 }
 
 void IPlugin::OnEditorPluginLink(CExtraEditor* /*editor*/, unsigned /*id*/, Property /*link*/) {}
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 bool IPlugin::BuildMsgLogTreeNode(ui::CSkinTreeItem* /*node*/)
 {

@@ -27,8 +27,8 @@ void Property::unmarshal(Unpack& unpack)
 
 void Property::merge(Entries entries)
 {
-    for (auto& [key, value] : entries)
-        entries_[key] = std::move(value);
+    entries.merge(entries_); // Takes what the given entries don't set anew.
+    entries_ = std::move(entries);
 }
 
 void Property::subtract(const Property& other)
