@@ -12,28 +12,28 @@ namespace {
 constexpr WPARAM kEscape = 27;
 constexpr WPARAM kDoubleClick = 515;
 
-IMediaPlayer* g_player = nullptr;
-HookHandle g_keyboardHook = 0;
-HookHandle g_mouseHook = 0;
+IMediaPlayer* thePlayer = nullptr;
+HookHandle theKeyboardHook = 0;
+HookHandle theMouseHook = 0;
 
 void LeaveFullScreen()
 {
-    if (g_player != nullptr && g_player->IsCreated())
-        g_player->SetFullScreen(false);
+    if (thePlayer != nullptr && thePlayer->IsCreated())
+        thePlayer->SetFullScreen(/*on=*/false);
 }
 
 LPARAM OnKeyboard(int code, WPARAM key, LPARAM details)
 {
     if (code == 0 && key == kEscape)
         LeaveFullScreen();
-    return CallNextHookEx(g_keyboardHook, code, key, details);
+    return CallNextHookEx(theKeyboardHook, code, key, details);
 }
 
 LPARAM OnMouse(int code, WPARAM message, LPARAM details)
 {
     if (code == 0 && message == kDoubleClick)
         LeaveFullScreen();
-    return CallNextHookEx(g_mouseHook, code, message, details);
+    return CallNextHookEx(theMouseHook, code, message, details);
 }
 
 void Install(HookHandle& hook, int type, HookProc procedure)
@@ -53,23 +53,23 @@ void Remove(HookHandle& hook)
 void SetFullScreenHooks(bool on)
 {
     if (on) {
-        Install(g_keyboardHook, WH_KEYBOARD, &OnKeyboard);
-        Install(g_mouseHook, WH_MOUSE, &OnMouse);
+        Install(theKeyboardHook, WH_KEYBOARD, &OnKeyboard);
+        Install(theMouseHook, WH_MOUSE, &OnMouse);
     } else {
-        Remove(g_keyboardHook);
-        Remove(g_mouseHook);
+        Remove(theKeyboardHook);
+        Remove(theMouseHook);
     }
 }
 
 void SetFullScreenPlayer(IMediaPlayer* player)
 {
-    g_player = player;
+    thePlayer = player;
 }
 
 void ForgetFullScreenPlayer(const IMediaPlayer* player)
 {
-    if (g_player == player)
-        g_player = nullptr;
+    if (thePlayer == player)
+        thePlayer = nullptr;
 }
 
 } // namespace kivo::tunehive

@@ -32,7 +32,7 @@ int CKivoPlayerWnd::Init(CWnd* parent)
     UpdateSurface();
     isInited_ = true;
     SetFullScreenPlayer(this);
-    EnableContextMenu(false);
+    EnableContextMenu(/*on=*/false);
     SetUIMode(2);
     return 1;
 }
@@ -51,7 +51,7 @@ CKivoPlayerWnd::~CKivoPlayerWnd()
 
 void CKivoPlayerWnd::DestroyWindow()
 {
-    SetFullScreen(false);
+    SetFullScreen(/*on=*/false);
     peer_.reset();
     control_.reset();
     isInited_ = false;
@@ -69,9 +69,9 @@ int CKivoPlayerWnd::SetURL(String url, int autoplay)
         return kNotDone;
     NextPlayTurn();
     if (autoplay == 0)
-        control_->SetAutoStart(false);
+        control_->SetAutoStart(/*on=*/false);
     control_->SetURL(url);
-    SetStartUnderWay(true);
+    SetStartUnderWay(/*underWay=*/true);
     return kDone;
 }
 
@@ -88,7 +88,7 @@ int CKivoPlayerWnd::Stop()
     if (!control_)
         return kNotDone;
     NextPlayTurn();
-    SetStartUnderWay(false);
+    SetStartUnderWay(/*underWay=*/false);
     control_->Stop();
     return kDone;
 }
@@ -281,12 +281,12 @@ void CKivoPlayerWnd::OnPress()
 void CKivoPlayerWnd::OnDoubleClick()
 {
     if (!wasFullScreenAtPress_)
-        SetFullScreen(true);
+        SetFullScreen(/*on=*/true);
 }
 
 void CKivoPlayerWnd::OnPlayStateChange(int state)
 {
-    SetStartUnderWay(false);
+    SetStartUnderWay(/*underWay=*/false);
     if (peer_)
         peer_->Update(); // The ground may be another one now.
     if (manager_ != nullptr)

@@ -11,20 +11,20 @@ namespace kivo::tunehive {
 
 namespace {
 
-CMediaPlayerManager* g_instance = nullptr;
+CMediaPlayerManager* theInstance = nullptr;
 
 } // namespace
 
 CMediaPlayerManager& CMediaPlayerManager::GetInstance()
 {
-    if (g_instance == nullptr)
-        g_instance = new CMediaPlayerManager;
-    return *g_instance;
+    if (theInstance == nullptr)
+        theInstance = new CMediaPlayerManager;
+    return *theInstance;
 }
 
 CMediaPlayerManager* CMediaPlayerManager::FindInstance()
 {
-    return g_instance;
+    return theInstance;
 }
 
 CMediaPlayerManager::~CMediaPlayerManager()
@@ -38,10 +38,10 @@ CMediaPlayerManager::~CMediaPlayerManager()
 
 void CMediaPlayerManager::Destroy()
 {
-    if (g_instance == this)
-        g_instance = nullptr;
+    if (theInstance == this)
+        theInstance = nullptr;
     delete this;
-    SetStartUnderWay(false); // What the players were starting went with them.
+    SetStartUnderWay(/*underWay=*/false); // What the players were starting went with them.
 }
 
 void CMediaPlayerManager::RegisterPlayers()

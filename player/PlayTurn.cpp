@@ -4,29 +4,29 @@ namespace kivo::tunehive {
 
 namespace {
 
-std::uint64_t g_turn = 0;
-bool g_startUnderWay = false;
+std::uint64_t theTurn = 0;
+bool isStartUnderWay = false;
 
 } // namespace
 
 std::uint64_t GetPlayTurn()
 {
-    return g_turn;
+    return theTurn;
 }
 
 void NextPlayTurn()
 {
-    ++g_turn;
+    ++theTurn;
 }
 
 bool IsStartUnderWay()
 {
-    return g_startUnderWay;
+    return isStartUnderWay;
 }
 
 void SetStartUnderWay(bool underWay)
 {
-    g_startUnderWay = underWay;
+    isStartUnderWay = underWay;
 }
 
 } // namespace kivo::tunehive

@@ -72,7 +72,7 @@ bool Engine::Start(double speed)
 Engine::~Engine()
 {
     life_.End();
-    SetTimerRuns(false);
+    SetTimerRuns(/*on=*/false);
     mailbox_.DestroyWindow();
     if (parts_ && !CoreParts::Close(std::move(parts_)) && settings_.audioFileFailed)
         settings_.audioFileFailed();

@@ -53,11 +53,11 @@ void Engine::Play()
     if (!isPaused_)
         return;
     isPaused_ = false;
-    SetPaused(false);
+    SetPaused(/*on=*/false);
     if (stage_ != Stage::Started)
         return;
     watchdog_.Restart(GetSteadyTime());
-    SetTimerRuns(true);
+    SetTimerRuns(/*on=*/true);
     Report(isCachePaused_ ? EngineState::Buffering : EngineState::Playing);
 }
 
@@ -66,7 +66,7 @@ void Engine::Pause()
     if (stage_ == Stage::Resting || isPaused_)
         return;
     isPaused_ = true;
-    SetPaused(true);
+    SetPaused(/*on=*/true);
     if (stage_ == Stage::Started)
         RestPaused();
 }
@@ -111,8 +111,8 @@ void Engine::Rest()
     isStalled_ = false;
     position_ = 0;
     buffering_ = 0;
-    SetTimerRuns(false);
-    parts_->GetRender().SetOpen(false);
+    SetTimerRuns(/*on=*/false);
+    parts_->GetRender().SetOpen(/*open=*/false);
 }
 
 void Engine::StopCore()
@@ -150,7 +150,7 @@ void Engine::Load(const std::string& target)
     isCoreBusy_ = true;
     SendCommand(GetCore(), serial_, {"loadfile", target_, "replace"});
     watchdog_.Restart(GetSteadyTime());
-    SetTimerRuns(true);
+    SetTimerRuns(/*on=*/true);
 }
 
 void Engine::SetPaused(bool on)
@@ -164,7 +164,7 @@ void Engine::SetPaused(bool on)
 void Engine::RestPaused()
 {
     isStalled_ = false;
-    SetTimerRuns(false);
+    SetTimerRuns(/*on=*/false);
     Report(EngineState::Paused);
 }
 

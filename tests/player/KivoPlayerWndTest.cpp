@@ -16,12 +16,11 @@ namespace kivo::test {
 namespace {
 
 using tunehive::CKivoPlayerWnd;
-using tunehive::CMediaPlayerManager;
 using tunehive::IMediaPlayer;
 
 class PlayerWndTest : public testing::Test {
-protected:
-    void Init() { ASSERT_NE(player->Init(nullptr), 0); }
+public:
+    void Init() const { ASSERT_NE(player->Init(nullptr), 0); }
 
     ScriptedControl control;
     ScriptedSurface surface;
@@ -44,14 +43,14 @@ TEST_F(PlayerWndTest, AnswersWithoutAControlAndTouchesNothing)
     EXPECT_EQ(p.GetVolume(), -1);
     EXPECT_EQ(p.SetVolume(50), 1);
     EXPECT_FALSE(p.GetMute());
-    EXPECT_EQ(p.SetMute(true), 1);
+    EXPECT_EQ(p.SetMute(/*on=*/true), 1);
     EXPECT_EQ(p.GetPosition(), -1.0);
     EXPECT_EQ(p.GetPositionString(), u"");
     EXPECT_EQ(p.SetPosition(3), 1);
     EXPECT_EQ(p.GetPlayState(), -1);
     EXPECT_EQ(p.GetBufferingProgress(), 0);
     EXPECT_FALSE(p.GetFullScreen());
-    p.SetFullScreen(true);
+    p.SetFullScreen(/*on=*/true);
     EXPECT_FALSE(p.GetFullScreen());
     EXPECT_EQ(RunHooks(WH_KEYBOARD, 27, 0), 0);
     EXPECT_EQ(p.GetItemInfo(u"Title"), u"");
@@ -100,7 +99,7 @@ TEST_F(PlayerWndTest, PassesEachCommandOnAndReportsItDone)
     EXPECT_EQ(player->Play(), 0);
     EXPECT_EQ(player->Pause(), 0);
     EXPECT_EQ(player->Stop(), 0);
-    EXPECT_EQ(player->SetMute(true), 0);
+    EXPECT_EQ(player->SetMute(/*on=*/true), 0);
     EXPECT_EQ(player->SetPosition(7), 0);
     EXPECT_EQ(player->SetVolume(41), 0);
     const std::vector<std::string> expected = {
@@ -217,7 +216,7 @@ TEST_F(PlayerWndTest, EscapeAndDoubleClickLeaveFullScreenAndPassOn)
              Row{WH_MOUSE,    513, false}
     }) {
         SCOPED_TRACE(row.input);
-        player->SetFullScreen(true);
+        player->SetFullScreen(/*on=*/true);
         EXPECT_TRUE(surface.fullScreen);
         passed = 0;
         EXPECT_EQ(RunHooks(row.type, row.input, 0), 1);
@@ -225,12 +224,12 @@ TEST_F(PlayerWndTest, EscapeAndDoubleClickLeaveFullScreenAndPassOn)
         EXPECT_EQ(player->GetFullScreen(), !row.leaves);
         EXPECT_EQ(surface.fullScreen, !row.leaves);
     }
-    player->SetFullScreen(false);
+    player->SetFullScreen(/*on=*/false);
     UnhookWindowsHookEx(other);
     UnhookWindowsHookEx(otherMouse);
-    player->SetFullScreen(true);
-    player->SetFullScreen(true);
-    player->SetFullScreen(false);
+    player->SetFullScreen(/*on=*/true);
+    player->SetFullScreen(/*on=*/true);
+    player->SetFullScreen(/*on=*/false);
     passed = 0;
     EXPECT_EQ(RunHooks(WH_KEYBOARD, 27, 0), 0) << "A hook stayed behind.";
 }
@@ -251,7 +250,7 @@ TEST_F(PlayerWndTest, TheSurfacesDoubleClickOnlyEnters)
 TEST_F(PlayerWndTest, ReleaseLeavesFullScreenAndEndsTheControl)
 {
     Init();
-    player->SetFullScreen(true);
+    player->SetFullScreen(/*on=*/true);
     player.reset();
     EXPECT_EQ(control.liveCount, 0);
     EXPECT_FALSE(surface.fullScreen);

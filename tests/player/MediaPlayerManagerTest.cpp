@@ -42,7 +42,7 @@ public:
 };
 
 class ManagerTest : public testing::Test {
-protected:
+public:
     ~ManagerTest() override
     {
         if (CMediaPlayerManager* const left = CMediaPlayerManager::FindInstance())

@@ -91,7 +91,7 @@ void SendBody(const HttpRequest& request,
 
 } // namespace
 
-bool HttpAnswer::Send(std::string_view bytes)
+bool HttpAnswer::Send(std::string_view bytes) const
 {
     while (!bytes.empty()) {
         const ssize_t count = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -102,19 +102,19 @@ bool HttpAnswer::Send(std::string_view bytes)
     return true;
 }
 
-bool HttpAnswer::SendChunk(std::string_view bytes)
+bool HttpAnswer::SendChunk(std::string_view bytes) const
 {
     std::ostringstream head;
     head << std::hex << bytes.size() << "\r\n";
     return Send(head.str()) && Send(bytes) && Send("\r\n");
 }
 
-void HttpAnswer::Hang()
+void HttpAnswer::Hang() const
 {
     Pause(-1);
 }
 
-bool HttpAnswer::Pause(int milliseconds)
+bool HttpAnswer::Pause(int milliseconds) const
 {
     pollfd end = {socket_, POLLIN | POLLRDHUP, 0};
     return poll(&end, 1, milliseconds) == 0;
@@ -182,8 +182,8 @@ HttpServer::HttpServer()
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto* const general = reinterpret_cast<sockaddr*>(&address);
-    bind(impl_->listener, general, size);
-    listen(impl_->listener, 64);
+    static_cast<void>(bind(impl_->listener, general, size));
+    static_cast<void>(listen(impl_->listener, 64));
     getsockname(impl_->listener, general, &size);
     impl_->port = ntohs(address.sin_port);
     impl_->acceptor = std::thread(&Impl::Accept, impl_.get());

@@ -23,14 +23,14 @@ public:
     }
 
     // False: the other side is gone, or the server is at its end.
-    bool Send(std::string_view bytes);
-    bool SendChunk(std::string_view bytes); // As a chunk; empty: the last one.
+    bool Send(std::string_view bytes) const;
+    bool SendChunk(std::string_view bytes) const; // As a chunk; empty: the last one.
 
     // Waits until the other side or the server has gone: what a silent server does.
-    void Hang();
+    void Hang() const;
 
     // Waits that long, unless the other side or the server goes first: false then.
-    bool Pause(int milliseconds);
+    bool Pause(int milliseconds) const;
 
 private:
     int socket_;

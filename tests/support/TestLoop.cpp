@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-int g_longestTurn = 0;
+int longestTurn = 0;
 
 int MillisecondsSince(Clock::time_point start)
 {
@@ -34,7 +34,7 @@ void Turn(int longestWait)
     if ((wake.revents & POLLIN) != 0)
         PostQueue::Get().RunWake();
     TimerService::Get().RunDue();
-    g_longestTurn = std::max(g_longestTurn, MillisecondsSince(start));
+    longestTurn = std::max(longestTurn, MillisecondsSince(start));
 }
 
 } // namespace
@@ -58,12 +58,12 @@ void RunFor(int milliseconds)
 
 int GetLongestTurn()
 {
-    return g_longestTurn;
+    return longestTurn;
 }
 
 void ResetLongestTurn()
 {
-    g_longestTurn = 0;
+    longestTurn = 0;
 }
 
 } // namespace kivo::test

@@ -50,7 +50,7 @@ Wave ReadWave(const std::string& bytes)
 }
 
 class AudioFileTest : public testing::Test {
-protected:
+public:
     AudioFileTest()
     {
         settings.audioFile = folder.GetPath("out.wav");

@@ -8,7 +8,7 @@
 
 namespace kivo::test {
 
-EngineRun::EngineRun(MediaEngineSettings settings, double speed)
+EngineRun::EngineRun(const MediaEngineSettings& settings, double speed)
     : engine_(Engine::Make(settings, speed))
 {
     engine_->SetStateListener(Delegate<int>(this, &EngineRun::OnState));

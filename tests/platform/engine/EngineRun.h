@@ -14,7 +14,7 @@ namespace kivo::test {
 // The real engine without a sound device, and all states that it has delivered.
 class EngineRun {
 public:
-    explicit EngineRun(MediaEngineSettings settings = Silent(), double speed = 1.0);
+    explicit EngineRun(const MediaEngineSettings& settings = Silent(), double speed = 1.0);
     EngineRun(const EngineRun&) = delete;
     EngineRun& operator=(const EngineRun&) = delete;
 

@@ -93,7 +93,7 @@ TEST(Facts, VolumeIsKeptBetweenEngines)
         EXPECT_EQ(run.Get().GetVolume(), 35);
         EXPECT_TRUE(run.Get().GetMute());
         run.Get().SetVolume(140);
-        run.Get().SetMute(false);
+        run.Get().SetMute(/*on=*/false);
         EXPECT_EQ(run.Get().GetVolume(), 100);
         run.Get().SetVolume(-3);
         EXPECT_EQ(run.Get().GetVolume(), 0);

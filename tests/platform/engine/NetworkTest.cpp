@@ -30,7 +30,7 @@ bool Trickle(HttpAnswer& answer, const std::string& song, std::size_t from, std:
 }
 
 class NetworkTest : public testing::Test {
-protected:
+public:
     // The first seconds at once, then whatever `rest` does.
     void
     ServeSong(const std::string& path, std::size_t seconds, std::function<void(HttpAnswer&)> rest)

@@ -199,10 +199,10 @@ TEST(TimeText, TextsOfStrangersAreBounded)
 TEST(MediaFacts, ALengthIsToldOnlyWhereItIsSure)
 {
     struct Row {
-        const char* name;
+        const char* name = nullptr;
         MediaFacts facts;
-        bool isNetwork;
-        double length;
+        bool isNetwork = false;
+        double length = 0;
     };
     MediaFacts whole;
     whole.duration = 12;

@@ -20,7 +20,7 @@ struct Pixel {
 };
 
 class PictureTest : public testing::Test {
-protected:
+public:
     PictureTest() { run.Get().SetFrameListener(Delegate<>(this, &PictureTest::OnFrame)); }
 
     void OnFrame() { ++frames; }
@@ -40,7 +40,7 @@ protected:
         return pixel;
     }
 
-    bool RunToFrame(int milliseconds = 3'000)
+    bool RunToFrame(int milliseconds = 3'000) const
     {
         const int before = frames;
         return RunUntil([&] { return frames > before; }, milliseconds);

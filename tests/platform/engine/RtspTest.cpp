@@ -31,8 +31,8 @@ public:
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
         auto* const general = reinterpret_cast<sockaddr*>(&address);
-        bind(listener_, general, size);
-        listen(listener_, 4);
+        static_cast<void>(bind(listener_, general, size));
+        static_cast<void>(listen(listener_, 4));
         getsockname(listener_, general, &size);
         port_ = ntohs(address.sin_port);
         thread_ = std::thread(&RtspServer::Run, this);

@@ -2,14 +2,16 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+
+// NOLINTBEGIN(concurrency-mt-unsafe): nobody else reads or sets these variables meanwhile
 
 namespace kivo::test {
 
@@ -94,12 +96,12 @@ void SoundServer::Kill()
     process_ = 0;
 }
 
-void SoundServer::Freeze()
+void SoundServer::Freeze() const
 {
     kill(process_, SIGSTOP);
 }
 
-void SoundServer::Thaw()
+void SoundServer::Thaw() const
 {
     kill(process_, SIGCONT);
 }
@@ -110,3 +112,5 @@ bool SoundServer::HasStream() const
 }
 
 } // namespace kivo::test
+
+// NOLINTEND(concurrency-mt-unsafe)

@@ -21,8 +21,8 @@ public:
 
     bool Start(); // True: it takes connections.
     void Kill();
-    void Freeze(); // It neither answers nor takes sound until it is thawed.
-    void Thaw();
+    void Freeze() const; // It neither answers nor takes sound until it is thawed.
+    void Thaw() const;
 
     // Somebody plays through it.
     [[nodiscard]] bool HasStream() const;

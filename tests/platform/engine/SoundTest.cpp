@@ -11,7 +11,7 @@ namespace kivo::test {
 namespace {
 
 class SoundTest : public testing::Test {
-protected:
+public:
     void SetUp() override
     {
         if (!SoundServer::IsInstalled())

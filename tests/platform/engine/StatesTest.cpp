@@ -28,7 +28,7 @@ constexpr int kSilence = 150;
 TEST(States, WithoutAutoStartTheAddressWaitsReady)
 {
     EngineRun run;
-    run.Get().SetAutoStart(false);
+    run.Get().SetAutoStart(/*on=*/false);
     run.SetFile("tone.wav");
     run.RunToState(10);
     RunFor(kSilence);
