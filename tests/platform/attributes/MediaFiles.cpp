@@ -3,11 +3,8 @@
 #include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Text.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
 #include <vector>
 
 namespace kivo::attributes {
@@ -29,18 +26,8 @@ std::optional<std::vector<std::uint8_t>> BytesOf(IWMHeaderInfo3* header, const c
 
 void PrepareMediaFiles()
 {
-    namespace fs = std::filesystem;
     common::SetAppPath(common::PathToText(KIVO_TEST_APP_DIR));
     common::SetLegacyCodePage(936);
-    const fs::path done = fs::path(KIVO_TEST_FILES) / "done";
-    const auto scriptTime = fs::last_write_time(KIVO_TEST_SCRIPT);
-    if (fs::exists(done) && fs::last_write_time(done) > scriptTime)
-        return;
-    fs::remove_all(KIVO_TEST_FILES);
-    const std::string command = std::string("python3 ") + KIVO_TEST_SCRIPT + " " + KIVO_TEST_FILES;
-    if (std::system(command.c_str()) != 0) // NOLINT(concurrency-mt-unsafe): one thread stands here.
-        throw std::runtime_error("the media files can't be made: " + command);
-    std::ofstream(done) << "done";
 }
 
 String FilePath(const std::string& name)

@@ -9,7 +9,7 @@
 
 namespace kivo::attributes {
 
-// Makes the test files once for all runs of this build and points the program at its modules.
+// Points the program at its modules, and at the code page that the files are made for.
 void PrepareMediaFiles();
 [[nodiscard]] String FilePath(const std::string& name);
 
