@@ -44,8 +44,12 @@ public:
     }
 
     // What the plain form does to the window must not come back as the user's doing.
+    // Nor may the user's doing come back to the window: a frame that is still being put around it
+    // would lose its place.
     void Place(const QRect& place, bool move)
     {
+        if (reporting_)
+            return;
         placing_ = true;
         if (move)
             setGeometry(place);
@@ -146,12 +150,18 @@ private:
     }
     void ReportPlace()
     {
-        if (form_ != nullptr && !placing_ && !form_->IsPopup())
-            form_->CalculateBounds(FromQt(geometry()));
+        if (form_ == nullptr || placing_ || form_->IsPopup())
+            return;
+        const QPointer<FormWidget> self = this;
+        reporting_ = true;
+        form_->CalculateBounds(FromQt(geometry()));
+        if (self != nullptr)
+            reporting_ = false;
     }
 
     CSkinForm* form_;
     bool placing_ = false;
+    bool reporting_ = false;
 };
 
 class FormPeer final : public WindowPeer<IFormPeer, CSkinForm, FormWidget> {
@@ -159,6 +169,7 @@ public:
     FormPeer(CSkinForm& form, FormWidget* widget)
         : WindowPeer(form, widget)
     {
+        widget->setAttribute(Qt::WA_Moved, false); // Until somebody places it, the desktop does.
         for (const Change change : {Change::Style, Change::Title, Change::Bounds})
             Apply(change);
     }
