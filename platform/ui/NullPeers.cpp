@@ -42,8 +42,7 @@ public:
     }
 
 protected:
-    CSkinObject&
-        control_; // NOLINT(*-non-private-member-variables-in-classes): for the kinds below.
+    CSkinObject& control_;
 };
 
 template <class Interface>

@@ -13,8 +13,8 @@ class CWnd;
 // What a window system gives the plain controls. A peer is made by the create step of its control,
 // which owns it, and draws from the control: it reads everything there and keeps nothing that the
 // control could tell. It reports the user's input by the control's "reports of the peer". Rules:
-// - The control is written first, then the peer is told by Apply. What the widget reports back
-//   while it is being told is an echo and must not be reported.
+// - The control is written first, then Apply lets the peer know. What the widget says back during
+//   Apply is an echo and must not be reported.
 // - A report may destroy the control and with it the peer: touch nothing of either afterwards
 //   unless CSkinObject::Watch, taken before, says that it lives; delete widgets later, not at once.
 // - A child's peer is made after its parent's, whose widget holds the child's. Bounds are relative

@@ -5,7 +5,7 @@
 namespace kivo::ui {
 
 // Names a picture of the skin and the part of it that is meant.
-struct _ImageConfig { // NOLINT(bugprone-reserved-identifier): the given name.
+struct _ImageConfig {
     String file;
     PictureRect source;
 };

@@ -143,7 +143,7 @@ protected:
     [[nodiscard]] MenuDelegate GetMenuDelegate(); // Calls DoMenuCommand.
     void ItemsChanged();
     void SendRowEvent(CSkinListItem* row, RowEvent event, const String& text);
-    RowChanges changes_; // NOLINT(*-non-private-member-*): a tree adds its own.
+    RowChanges changes_; // Since the last Sync; a tree adds its own.
     void Sync();         // Hands the changes over unless a bracket is open.
     [[nodiscard]] bool IsDying() const { return dying_; }
     void SetDying() { dying_ = true; }

@@ -8,12 +8,12 @@
 #include <random>
 #include <set>
 
-// Random histories of a tree against a model that knows only lists of ids, and a view that is told
-// by Sync alone and must end up with the same rows.
+// Random histories of a tree against a model that knows only lists of ids, and a view that hears of
+// them by Sync alone and must end up with the same rows.
 namespace kivo::ui {
 namespace {
 
-// A view as a window system's would be: per parent the rows that it was told last.
+// A view as a window system's would be: per parent the rows that it heard of last.
 class MirrorPeer final : public IListPeer {
 public:
     explicit MirrorPeer(CSkinTree& tree)
