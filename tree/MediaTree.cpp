@@ -11,6 +11,7 @@
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/framework/Paths.h"
 #include "shell/contracts/host/KivoApi.h"
+#include "tree/EmptyPage.h"
 #include "tree/MediaTreeCategory.h"
 #include "tree/MediaTreeItem.h"
 #include "tree/MediaTreeRoot.h"
@@ -142,10 +143,24 @@ LPARAM CMediaTree::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
     return CSkinTree::WindowProc(message, wParam, lParam);
 }
 
+void CMediaTree::SetEmptyPage(CEmptyPage* page)
+{
+    emptyPage_ = page;
+    if (page != nullptr)
+        page->Follow();
+}
+
+void CMediaTree::OnSync()
+{
+    CSkinTree::OnSync();
+    SetEmptyPage(emptyPage_);
+}
+
 void CMediaTree::OnFolderImported(WPARAM wParam, LPARAM lParam)
 {
     const FolderImport import = TakeFolderImport(wParam, lParam);
     AddPaths(import.groupId, *import.paths);
+    SetEmptyPage(emptyPage_); // An import that brought nothing changes no row.
     if (!pendingPlay_ || pendingPlay_->group != import.groupId)
         return;
     const CMediaTreeCategory* category = FindCategory(import.groupId);
@@ -318,6 +333,7 @@ void CMediaTree::AddDroppedFiles(const String& group, const CStringArray& paths)
 void CMediaTree::ImportFolder(const String& group, const String& folder)
 {
     CAddFolderThread::Start(GetHandle(), group, folder);
+    SetEmptyPage(emptyPage_); // It goes while music is on its way.
 }
 
 void CMediaTree::OpenItems(const std::vector<String>& items, const String& group, bool playFirst)

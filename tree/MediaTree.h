@@ -14,6 +14,7 @@
 
 namespace kivo::tunehive {
 
+class CEmptyPage;
 class CMediaTreeCategory;
 class CMediaTreeItem;
 class CMediaTreeRoot;
@@ -99,6 +100,9 @@ public:
     void OnBlankDrop(const String& text) override;
     void OnDragFinished() override;
 
+    // Owned by the tree as one of its controls; follows its rows. Null: none.
+    void SetEmptyPage(CEmptyPage* page);
+
     // For the rows: what a drop on them does.
     void TakeDroppedFiles(const String& group);
     [[nodiscard]] bool TakeDroppedText(const String& group, const String& sid, const String& text);
@@ -115,6 +119,9 @@ public:
     // Below `count`, which is above 0. A test passes its own chance.
     [[nodiscard]] int PickNumber(int count);
     void SetChance(std::function<std::uint32_t()> chance) { chance_ = std::move(chance); }
+
+protected:
+    void OnSync() override;
 
 private:
     struct PendingPlay {
@@ -135,6 +142,7 @@ private:
     String CreateSyncedGroup();
     void ImportFolder(const String& group, const String& folder);
 
+    CEmptyPage* emptyPage_ = nullptr;
     CMediaTreeRoot* root_ = nullptr; // The toolkit's tree frees it.
     bool ownDrag_ = false;           // From the start of a drag in this tree until it has ended.
     ITrackPickers* pickers_;

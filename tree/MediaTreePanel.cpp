@@ -2,6 +2,7 @@
 
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinManager.h"
+#include "tree/EmptyPage.h"
 #include "tree/MediaTree.h"
 
 namespace kivo::tunehive {
@@ -32,6 +33,11 @@ int CMediaTreePanel::OnBuildControlAfter()
     tree_->LoadTree();
     tree_->SetCanDrop(1);
     tree_->SetCanDrag(1);
+    auto* empty = new CEmptyPage(*tree_);
+    tree_->RegisterControl(empty);
+    empty->SetAnchorStyle(ui::anchor::kFill);
+    empty->Build();
+    tree_->SetEmptyPage(empty);
     return 1;
 }
 

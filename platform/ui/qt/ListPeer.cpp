@@ -35,6 +35,12 @@ public:
         Apply(Change::Visible);
     }
 
+    // What a list holds beside its rows lies on them.
+    [[nodiscard]] QWidget* GetHolder() const override
+    {
+        return widget_ == nullptr ? nullptr : widget_->viewport();
+    }
+
     void Sync(const RowChanges& changes) override
     {
         if (widget_ == nullptr)

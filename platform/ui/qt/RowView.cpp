@@ -138,6 +138,11 @@ void RowView::currentChanged(const QModelIndex& current, const QModelIndex& prev
         list_->OnCurrentReported(model_->RowOf(current));
 }
 
+QSize RowView::sizeHint() const
+{
+    return {100, GetRowHeight()};
+}
+
 // Scroll positions.
 
 void RowView::KeepTop()

@@ -49,6 +49,7 @@ public:
     [[nodiscard]] QRect GetRowRect(const QModelIndex& index) const;
     [[nodiscard]] QPoint GetMenuPlace() const override;
 
+    [[nodiscard]] QSize sizeHint() const override; // One row.
     void doItemsLayout() override;
     void reset() override;
     void keyboardSearch(const QString& search) override;

@@ -54,6 +54,12 @@ QPoint OriginIn(const CSkinObject& control)
 
 } // namespace
 
+static QWidget* HolderOf(const CSkinObject* object)
+{
+    const auto* peer = object == nullptr ? nullptr : dynamic_cast<const QtPeer*>(object->GetPeer());
+    return peer == nullptr ? nullptr : peer->GetHolder();
+}
+
 QWidget* WidgetOf(const CSkinObject* object)
 {
     const auto* peer = object == nullptr ? nullptr : dynamic_cast<const QtPeer*>(object->GetPeer());
@@ -64,7 +70,7 @@ QWidget* ParentWidgetOf(const CSkinObject& object)
 {
     for (const CSkinObject* above = object.GetParent(); above != nullptr;
          above = above->GetParent())
-        if (QWidget* widget = WidgetOf(above))
+        if (QWidget* widget = HolderOf(above))
             return widget;
     return nullptr;
 }

@@ -19,6 +19,7 @@ class QtPeer {
 public:
     virtual ~QtPeer() = default;
     [[nodiscard]] virtual QWidget* GetWidget() const = 0; // Null once Qt has deleted it.
+    [[nodiscard]] virtual QWidget* GetHolder() const { return GetWidget(); } // Of its children.
 };
 
 // The widget of the object itself, of the nearest object above it that has one, and of a window.

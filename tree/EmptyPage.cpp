@@ -1,0 +1,109 @@
+#include "tree/EmptyPage.h"
+
+#include "medialib/AddFolderThread.h"
+#include "mediares/GroupIds.h"
+#include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/common/Text.h"
+#include "shell/contracts/ui/SkinManager.h"
+#include "tree/MediaTree.h"
+#include "tree/TreeMenus.h"
+
+#include <algorithm>
+
+namespace kivo::tunehive {
+
+namespace {
+
+// With less room the picture goes first, then the sentence.
+constexpr int kRoomForPicture = 380;
+constexpr int kRoomForSentence = 190;
+
+struct Road {
+    const char16_t* button;
+    int command;
+};
+constexpr Road kRoads[] = {
+    {u"EmptyFolderBtn", kCommandAddFolder},
+    {u"EmptyFilesBtn",  kCommandAddFiles },
+    {u"EmptyURLBtn",    kCommandAddURL   },
+};
+
+} // namespace
+
+CEmptyPage::CEmptyPage(CMediaTree& tree)
+    : tree_(tree)
+{
+    SetObjectID(u"EmptyPage");
+    ListenEvent(ui::kControlEvent, {this, &CEmptyPage::OnPress});
+}
+
+void CEmptyPage::Build()
+{
+    const String key =
+        common::FormatText(u"%s %s TuneHiveWindow %s", {u"KIVO", u"Plugins", GetObjectID()});
+    if (const TiXmlNode* node = ui::CSkinManager::GetInstance()->GetBuildNode(key))
+        BuildFromXML(node);
+    SetVisible(0);
+}
+
+bool CEmptyPage::IsWanted() const
+{
+    if (!IsBeyond() || GetControls().empty() || tree_.GetRoot() == nullptr ||
+        CAddFolderThread::GetRunningCount() > 0) {
+        return false;
+    }
+    const CPtrArray& groups = tree_.GetRoot()->GetChildren();
+    return std::all_of(groups.begin(), groups.end(), [](void* child) {
+        const auto* group = static_cast<const ui::CSkinTreeItem*>(child);
+        return group->GetID() == kHotGroup || group->GetChildCount() == 0;
+    });
+}
+
+void CEmptyPage::Follow()
+{
+    const bool wanted = IsWanted();
+    const int rows = wanted ? tree_.GetRowCount() * tree_.GetWantedSize().height : 0;
+    const Rect margin{0, rows, 0, 0};
+    if (wanted == IsSetVisible() && (!wanted || margin == GetMargin()))
+        return;
+    SetMargin(margin);
+    SetVisible(wanted ? 1 : 0);
+    tree_.RePositionSubControls();
+}
+
+void CEmptyPage::CalculateBounds(const Rect& place)
+{
+    const int height = ui::HeightOf(place);
+    if (ui::CSkinObject* picture = FindControlRecusive(u"EmptyPicture"))
+        picture->SetVisible(height >= kRoomForPicture ? 1 : 0);
+    if (ui::CSkinObject* sentence = FindControlRecusive(u"EmptyText"))
+        sentence->SetVisible(height >= kRoomForSentence ? 1 : 0);
+    const Rect padding = GetPadding();
+    const int width = ui::WidthOf(place) - padding.left - padding.right;
+    Centre(u"EmptyFolderBtn", width);
+    Centre(u"EmptyLinks", width);
+    CSkinPanel::CalculateBounds(place);
+}
+
+// A docked control fills its strip; its margins put it into the middle of it.
+void CEmptyPage::Centre(const String& id, int width)
+{
+    ui::CSkinObject* control = FindControlRecusive(id);
+    if (control == nullptr)
+        return;
+    const int side = std::max(0, (width - control->GetWantedSize().width) / 2);
+    const Rect margin = control->GetMargin();
+    control->SetMargin({side, margin.top, side, margin.bottom});
+}
+
+void CEmptyPage::OnPress(ui::CSkinObject* sender, void* /*data*/)
+{
+    for (const Road& road : kRoads) {
+        if (sender == nullptr || sender->GetObjectID() != road.button)
+            continue;
+        tree_.AddByCommand(String(kMineGroup), road.command);
+        return; // The dialog may have taken the page along.
+    }
+}
+
+} // namespace kivo::tunehive
