@@ -1,5 +1,6 @@
 #include "medialib/KivoMediaHelper.h"
 #include "medialib/MpegFrame.h"
+#include "tests/medialib/LiteralSearch.h"
 #include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
 
@@ -307,53 +308,6 @@ TEST(MpegFrame, LayerIRoundsBeforeItsFactor)
     EXPECT_EQ(GetFrameSize(stream, 0, -1, 8000), -4);
 }
 
-// The search as it is written down: four bytes, and back by three, on bytes in memory.
-class LiteralSearch {
-public:
-    explicit LiteralSearch(const std::string& bytes)
-        : bytes_(bytes)
-    {
-    }
-
-    bool Find(std::uint32_t& header, int skip)
-    {
-        if (skip > 0)
-            position_ += static_cast<std::size_t>(skip);
-        for (int failures = 0; failures < 10'001; ++failures) {
-            if (position_ > bytes_.size() || bytes_.size() - position_ < 4)
-                return false;
-            header = 0;
-            for (std::size_t i = 0; i < 4; ++i)
-                header = header << 8 | static_cast<unsigned char>(bytes_[position_ + i]);
-            position_ += 4;
-            if (header >> 21 == 0x7FF)
-                return true;
-            position_ -= 3;
-        }
-        return false;
-    }
-
-private:
-    const std::string& bytes_;
-    std::size_t position_ = 0;
-};
-
-// All headers of a walk. Search is one of the two; the steps are the reader's.
-template <class Search>
-std::vector<std::uint32_t> Walk(Search search)
-{
-    std::vector<std::uint32_t> headers;
-    MpegStream stream;
-    std::uint32_t header = 0;
-    for (int skip = 0; search(header, skip); headers.push_back(header)) {
-        if (headers.empty())
-            stream = DecodeStream(header);
-        const int rate = GetSamplingRate(stream.version, header);
-        skip = rate == 0 ? 0 : GetFrameSize(stream, header, GetBitRate(stream, header), rate) - 4;
-    }
-    return headers;
-}
-
 std::string RandomBytes(std::mt19937& random, std::size_t size, unsigned syncShare)
 {
     std::string bytes(size, '\0');
@@ -403,12 +357,12 @@ TEST(Mp3Walk, TheBufferedWalkEqualsTheLiteralOne)
         ASSERT_TRUE(file.Open(folder.GetPath("a")));
         CFileWindow window(file);
         const CKivoMediaHelper helper;
-        const auto buffered = Walk([&](std::uint32_t& header, int skip) {
+        const auto buffered = WalkFrames([&](std::uint32_t& header, int skip) {
             return helper.FindFrameHeader(window, header, skip);
         });
         LiteralSearch literal(bytes);
         const auto expected =
-            Walk([&](std::uint32_t& header, int skip) { return literal.Find(header, skip); });
+            WalkFrames([&](std::uint32_t& header, int skip) { return literal.Find(header, skip); });
         EXPECT_EQ(buffered, expected);
         found += expected.size();
     }

@@ -1,0 +1,64 @@
+#include "fuzz/Fuzz.h"
+#include "medialib/LibCacheFile.h"
+#include "shell/contracts/framework/Files.h"
+
+#include <cstdio>
+#include <filesystem>
+
+namespace {
+
+// A folder in memory for files that are set aside and saved anew, gone at the end of the run.
+class WorkFolder {
+public:
+    WorkFolder()
+        : path_("/dev/shm/kivo-fuzz-" + std::to_string(getpid()) + "/")
+    {
+        std::filesystem::create_directory(path_);
+    }
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+    ~WorkFolder() { std::filesystem::remove_all(path_); }
+
+    [[nodiscard]] kivo::String GetPath(const char* name) const
+    {
+        const std::string path = path_ + name;
+        return {path.begin(), path.end()};
+    }
+    void Empty() const
+    {
+        for (const auto& entry : std::filesystem::directory_iterator(path_))
+            std::filesystem::remove(entry.path());
+    }
+
+private:
+    std::string path_;
+};
+
+} // namespace
+
+// A library file: what it gave is there again after a save, and what it held is never lost.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+{
+    using namespace kivo;
+    static const WorkFolder folder;
+    folder.Empty();
+    const String path = folder.GetPath("lib.mlib");
+    fuzz::Require(WriteFileDurably(path, fuzz::AsText(bytes, count)) != 0);
+
+    tunehive::CLibCacheFile file(u"lib", path);
+    const bool isLoaded = file.Load();
+    fuzz::Require(isLoaded || file.GetCount() == 0);
+    file.Merge(u"/a.mp3",
+               {
+                   {tunehive::kInfoLength, u"216"}
+    });
+    fuzz::Require(file.Save());
+
+    tunehive::CLibCacheFile saved(u"lib", path);
+    fuzz::Require(saved.Load() && saved.GetCount() == file.GetCount());
+    tunehive::MediaInfo info;
+    fuzz::Require(saved.Lookup(u"/a.mp3", info) && info.at(tunehive::kInfoLength) == u"216");
+    if (!isLoaded && count > 0)
+        fuzz::Require(std::filesystem::exists(folder.GetPath("lib.mlib.broken-1")));
+    return 0;
+}
