@@ -1,13 +1,12 @@
 #include "shell/contracts/base/Released.h"
 #include "shell/contracts/common/Text.h"
+#include "shell/contracts/framework/Files.h"
 #include "tests/platform/attributes/MediaFiles.h"
+#include "tests/support/HttpServer.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -16,51 +15,6 @@
 
 namespace kivo::attributes {
 namespace {
-
-// The server of serve_files.py for as long as the object lives.
-class Server {
-public:
-    Server()
-    {
-        std::array<int, 2> in{};
-        std::array<int, 2> out{};
-        if (::pipe(in.data()) != 0 || ::pipe(out.data()) != 0)
-            return;
-        child_ = ::fork();
-        if (child_ == 0) {
-            ::dup2(in[0], 0);
-            ::dup2(out[1], 1);
-            for (const int descriptor : {in[0], in[1], out[0], out[1]})
-                ::close(descriptor);
-            ::execlp("python3", "python3", KIVO_TEST_SERVER, KIVO_TEST_FILES, nullptr);
-            ::_exit(127);
-        }
-        ::close(in[0]);
-        ::close(out[1]);
-        stop_ = in[1];
-        std::array<char, 16> line{};
-        const ssize_t got = ::read(out[0], line.data(), line.size() - 1);
-        port_ = got > 0 ? std::atoi(line.data()) : 0;
-        ::close(out[0]);
-    }
-    Server(const Server&) = delete;
-    Server& operator=(const Server&) = delete;
-    ~Server()
-    {
-        ::close(stop_);
-        ::waitpid(child_, nullptr, 0);
-    }
-
-    [[nodiscard]] String Address(const std::string& path) const
-    {
-        return common::utf8_to_CString("http://127.0.0.1:" + std::to_string(port_) + "/" + path);
-    }
-
-private:
-    pid_t child_ = -1;
-    int stop_ = -1;
-    int port_ = 0;
-};
 
 class Recorder final : public IWMReaderCallback {
 public:
@@ -97,14 +51,51 @@ public:
     static void SetUpTestSuite() { PrepareMediaFiles(); }
 
 protected:
-    Server server_;
+    StreamReaderTest()
+    {
+        server_.ServeBytes("/plain.mp3", ReadFile("plain.mp3"), "audio/mpeg");
+        server_.Serve("/silent", [](const auto&, test::HttpAnswer& answer) { answer.Hang(); });
+        server_.Serve("/radio", [](const auto&, test::HttpAnswer& answer) { Broadcast(answer); });
+    }
+
+    static std::string ReadFile(const std::string& name)
+    {
+        std::string bytes;
+        static_cast<void>(ReadFileBytes(FilePath(name), bytes, std::size_t{1} << 20U));
+        return bytes;
+    }
+
+    // A radio whose title changes with every fifth block, for some seconds.
+    static void Broadcast(test::HttpAnswer& answer)
+    {
+        constexpr std::size_t kBlock = 8000;
+        const std::string sound = ReadFile("bare.mp3") + ReadFile("bare.mp3");
+        answer.Send("HTTP/1.0 200 OK\r\nContent-Type: audio/mpeg\r\nicy-name: Loopback FM\r\n"
+                    "icy-metaint: 8000\r\n\r\n");
+        for (int block = 0; block < 600; ++block) {
+            std::string title = "StreamTitle='Song " + std::to_string(block / 5) + "';";
+            title.resize((title.size() + 15) / 16 * 16, '\0');
+            const std::string part =
+                sound.substr(static_cast<std::size_t>(block) % 8 * kBlock, kBlock) +
+                static_cast<char>(title.size() / 16) + title;
+            if (!answer.Send(part) || !answer.Pause(10))
+                return;
+        }
+    }
+
+    [[nodiscard]] String Address(const std::string& path) const
+    {
+        return common::utf8_to_CString(server_.GetUrl("/" + path));
+    }
+
+    test::HttpServer server_;
     Recorder recorder_;
     Released<IWMReader> reader_{WMCreateReader()};
 };
 
 TEST_F(StreamReaderTest, AFileOnAServerIsOpenedReadAndEnds)
 {
-    ASSERT_FALSE(Failed(reader_->Open(server_.Address("plain.mp3"), &recorder_)));
+    ASSERT_FALSE(Failed(reader_->Open(Address("plain.mp3"), &recorder_)));
     EXPECT_TRUE(recorder_.WaitFor(WMT_STATUS::Opened));
     EXPECT_TRUE(recorder_.WaitFor(WMT_STATUS::Started));
     EXPECT_TRUE(recorder_.WaitFor(WMT_STATUS::EndOfFile));
@@ -115,7 +106,7 @@ TEST_F(StreamReaderTest, AFileOnAServerIsOpenedReadAndEnds)
 
 TEST_F(StreamReaderTest, ARadioReportsEachSong)
 {
-    ASSERT_FALSE(Failed(reader_->Open(server_.Address("radio"), &recorder_)));
+    ASSERT_FALSE(Failed(reader_->Open(Address("radio"), &recorder_)));
     EXPECT_TRUE(recorder_.WaitFor(WMT_STATUS::NewMetadata, 2));
     const auto title = TextOf(reader_->QueryHeaderInfo(), u"Title");
     ASSERT_TRUE(title.has_value());
@@ -125,13 +116,13 @@ TEST_F(StreamReaderTest, ARadioReportsEachSong)
 
 TEST_F(StreamReaderTest, AMissingFileIsAnError)
 {
-    ASSERT_FALSE(Failed(reader_->Open(server_.Address("nothing"), &recorder_)));
+    ASSERT_FALSE(Failed(reader_->Open(Address("nothing"), &recorder_)));
     EXPECT_TRUE(recorder_.WaitFor(WMT_STATUS::Error));
 }
 
 TEST_F(StreamReaderTest, ASilentServerDoesNotHoldTheClose)
 {
-    ASSERT_FALSE(Failed(reader_->Open(server_.Address("silent"), &recorder_)));
+    ASSERT_FALSE(Failed(reader_->Open(Address("silent"), &recorder_)));
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(Failed(reader_->Close()));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
