@@ -92,7 +92,7 @@ struct PlainGroup {
 void BM_LoadPlainGroup(benchmark::State& state)
 {
     const GroupFile file(state.range(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         const double before = BytesInUse();
         PlainGroup group;
         group.Load(file.GetNative());
@@ -103,7 +103,7 @@ void BM_LoadPlainGroup(benchmark::State& state)
 void BM_LoadGroup(benchmark::State& state)
 {
     const GroupFile file(state.range(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         std::vector<String> sids;
         const double before = BytesInUse();
         const Released<IMediaResGroup> group(new MediaResGroup(u"mine", file.GetPath(), nullptr));
@@ -120,7 +120,7 @@ void BM_SaveGroup(benchmark::State& state)
     const Released<IMediaResGroup> group(new MediaResGroup(u"mine", file.GetPath(), nullptr));
     group->Load(sids);
     bool isReversed = false;
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         isReversed = !isReversed;
         group->Save(isReversed ? std::vector<String>(sids.rbegin(), sids.rend()) : sids);
     }
@@ -133,7 +133,7 @@ void BM_FindAndGet(benchmark::State& state)
     const Released<IMediaResGroup> group(new MediaResGroup(u"mine", file.GetPath(), nullptr));
     group->Load(sids);
     std::size_t next = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         MediaInfo item;
         group->GetItem(sids[next++ % sids.size()], item);
         std::set<String> found;

@@ -24,7 +24,7 @@ String CatchError(const std::function<void()>& run, unsigned code)
         run();
     } catch (Error* error) {
         EXPECT_EQ(error->GetCode(), code);
-        const String message = error->GetMessage();
+        String message = error->GetMessage();
         error->Delete();
         return message;
     }

@@ -9,23 +9,23 @@ namespace {
 
 struct IdCase {
     const char16_t* id;
-    bool isFixed;
     const char16_t* suffix;
     int order;
+    bool isFixed;
 };
 
 constexpr IdCase kIdCases[] = {
-    {u"playing", true,  u"",   0 },
-    {u"mine",    true,  u"",   1 },
-    {u"usera",   false, u"a",  2 },
-    {u"userab",  false, u"ab", 2 },
-    {u"hot",     true,  u"",   3 },
-    {u"user",    false, u"",   -1},
-    {u"userA",   false, u"",   -1},
-    {u"user1",   false, u"",   -1},
-    {u"Mine",    false, u"",   -1},
-    {u"auser",   false, u"",   -1},
-    {u"",        false, u"",   -1},
+    {u"playing", u"",   0,  true },
+    {u"mine",    u"",   1,  true },
+    {u"usera",   u"a",  2,  false},
+    {u"userab",  u"ab", 2,  false},
+    {u"hot",     u"",   3,  true },
+    {u"user",    u"",   -1, false},
+    {u"userA",   u"",   -1, false},
+    {u"user1",   u"",   -1, false},
+    {u"Mine",    u"",   -1, false},
+    {u"auser",   u"",   -1, false},
+    {u"",        u"",   -1, false},
 };
 
 TEST(GroupIds, SayWhatAGroupIs)

@@ -23,7 +23,11 @@ std::string NamesText(const Entries& entries)
         return kHead + "<Groups />\n";
     std::string text = kHead + "<Groups>\n";
     for (const auto& [id, name] : entries)
-        text += "    <Group id=\"" + id + "\" name=\"" + name + "\" />\n";
+        text.append("    <Group id=\"")
+            .append(id)
+            .append("\" name=\"")
+            .append(name)
+            .append("\" />\n");
     return text + "</Groups>\n";
 }
 
@@ -40,7 +44,7 @@ protected:
     ~GroupInfoTest() override
     {
         common::CMutiLanSupport::GetInstance()->Clear();
-        SetBeyond(false);
+        SetBeyond(/*on=*/false);
     }
     void Load(const std::string& text)
     {
@@ -153,7 +157,7 @@ TEST_F(GroupInfoTest, ANameThatIsRefusedShowsTheId)
 
 TEST_F(GroupInfoTest, BeyondItARefusedNameIsKeptUntilItsGroupChanges)
 {
-    SetBeyond(true);
+    SetBeyond(/*on=*/true);
     Load(NamesText(kWithRefused));
     EXPECT_EQ(names_.GetName(u"userc"), u"userc");
     EXPECT_EQ(ReadFile(), NamesText(kWithRefused));
