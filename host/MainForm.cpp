@@ -5,6 +5,7 @@
 #include "host/TabStrip.h"
 #include "host/Texts.h"
 #include "shell/contracts/base/IPluginWindow.h"
+#include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/Menu.h"
 #include "shell/contracts/ui/SkinLabel.h"
 #include "shell/contracts/ui/SkinList.h"
@@ -19,7 +20,7 @@ namespace kivo::host {
 
 namespace {
 
-enum MenuId : int { kShowSigns = 1, kCabinet = 2, kQuit = 3 };
+enum MenuId : int { kShowSigns = 1, kCabinet = 2, kQuit = 3, kOwnSign = 4 };
 
 constexpr int kUsualWidth = 340;
 constexpr int kUsualHeight = 680;
@@ -213,6 +214,10 @@ void MainForm::PopUpMenu()
         menu->AddMenu(
             host::GetText(id), number, /*disabled=*/0, isChecked ? 1 : 0, chosen, nullptr, {});
     };
+    if (!signKind_.empty()) {
+        const String text = common::FormatText(host::GetText(u"STRID_KIVO_OWNSIGN"), {signTitle_});
+        menu->AddMenu(text, kOwnSign, /*disabled=*/0, /*checked=*/0, chosen, nullptr, {});
+    }
     add(u"STRID_KIVO_SHOWSIGN", kShowSigns, areSignsShown);
     if (commands_.hasCabinet && commands_.hasCabinet())
         add(u"STRID_KIVO_CABINET", kCabinet, false);
@@ -231,6 +236,10 @@ void MainForm::OnMenuCommand(ui::IMenu* entry)
     case kCabinet:
         if (commands_.openCabinet)
             commands_.openCabinet();
+        break;
+    case kOwnSign:
+        if (commands_.goToOwnSign)
+            commands_.goToOwnSign();
         break;
     case kQuit: OnQueryCloseForm(); break;
     default: break;

@@ -29,6 +29,7 @@ public:
         std::function<void(IPluginWindow*)> show; // A tab was pressed; null: the contacts.
         std::function<void(bool)> showSigns;      // The user's switch for signs.
         std::function<bool()> areSignsShown;
+        std::function<void()> goToOwnSign;
         std::function<bool()> hasCabinet;
         std::function<void()> openCabinet;
         // The picture beside a sign of that kind, a path; empty: none.

@@ -151,6 +151,7 @@ MainForm::Commands Session::MakeCommands()
         IPlugin* const plugin = services_.GetSigningPlugin();
         return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
     };
+    commands.goToOwnSign = [this] { services_.ActivateOwnSign(); };
     commands.hasCabinet = [this] { return plugins_.GetRemote() != nullptr; };
     commands.openCabinet = [this] {
         if (ITuneHiveRemote* const remote = plugins_.GetRemote())

@@ -3,8 +3,8 @@
 #include "host/HostSettings.h"
 #include "host/IMessages.h"
 #include "host/sign/ISignNetwork.h"
+#include "shell/contracts/base/IPlugin.h"
 #include "shell/contracts/base/IPluginWindowLayout.h"
-#include "shell/contracts/base/Property.h"
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 
@@ -50,8 +50,10 @@ void Services::ShowMediaState(bool show)
     if (show == IsMediaStateShown())
         return;
     parts_.settings.SetNumber(GetSettingKey(), show ? 1 : 0);
-    if (!show)
+    if (!show) {
+        signingPlugin_ = nullptr;
         parts_.signs.RemoveSign();
+    }
     watches_.Notify(kSignSetting);
 }
 
@@ -75,6 +77,7 @@ void Services::SetStateSign(IPlugin* plugin,
     if (!IsMediaStateShown() || (title.empty() && sign.GetText(0).empty()))
         return;
     signingPlugin_ = plugin;
+    ownSign_ = sign;
     parts_.signs.SetSign(kind, title, sign);
 }
 
@@ -84,6 +87,12 @@ void Services::RemoveStateSign(IPlugin* plugin)
         return;
     signingPlugin_ = nullptr;
     parts_.signs.RemoveSign();
+}
+
+void Services::ActivateOwnSign()
+{
+    if (signingPlugin_ != nullptr)
+        signingPlugin_->OnSignatureFun(GetMyUid(), ownSign_);
 }
 
 bool Services::IsMediaStateShown() const

@@ -2,6 +2,7 @@
 
 #include "host/HostServices.h"
 #include "host/SettingWatches.h"
+#include "shell/contracts/base/Property.h"
 
 namespace kivo {
 class IPluginWindowLayout;
@@ -55,11 +56,15 @@ public:
     // Whose sign is out; null: nobody's.
     [[nodiscard]] IPlugin* GetSigningPlugin() const { return signingPlugin_; }
 
+    // The user goes to what the own sign shows; nothing happens while none is out.
+    void ActivateOwnSign();
+
 private:
     Parts parts_;
     String directory_;
     SettingWatches watches_;
     IPlugin* signingPlugin_ = nullptr;
+    Property ownSign_;
 };
 
 } // namespace kivo::host

@@ -4,6 +4,7 @@
 #include "host/IMessages.h"
 #include "host/sign/LocalSignNetwork.h"
 #include "platform/base/PostQueue.h"
+#include "shell/contracts/base/IPlugin.h"
 #include "shell/contracts/base/IPluginWindowLayout.h"
 #include "shell/contracts/base/Property.h"
 #include "shell/contracts/common/Language.h"
@@ -57,6 +58,19 @@ public:
     void OnSignGone(const String& /*id*/) override { shown = u""; }
     String ownId;
     String shown;
+};
+
+class SignedPlugin final : public IPlugin {
+public:
+    void OnSignatureFun(String user, Property sign) override
+    {
+        activated += user + u">" + sign.GetText(0) + u";";
+    }
+    int GetHostWord1() override { return 1; }
+    int GetHostWord2() override { return 0; }
+    int GetHostWord3() override { return 1; }
+    int GetHostWord4() override { return 0; }
+    String activated;
 };
 
 // The library as a plug-in sees it, with the program's own objects behind it.
@@ -115,7 +129,8 @@ protected:
     Messages messages_;
     PageList pages_;
     std::optional<Services> services_;
-    IPlugin* const plugin_ = reinterpret_cast<IPlugin*>(this); // Only its address counts.
+    SignedPlugin signed_;
+    IPlugin* const plugin_ = &signed_;
     String heard_;
 };
 
@@ -189,6 +204,17 @@ TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
     services_->ShowMediaState(true);
     EXPECT_EQ(heard_, u"");
     EXPECT_NE(Call("_KivoAPI_IsShowMediaState"), 0);
+}
+
+TEST_F(ServicesTest, TheOwnSignLeadsBackToItsPlugIn)
+{
+    services_->ActivateOwnSign();
+    SetSign(u"Tune", u"/m/a.mp3");
+    services_->ActivateOwnSign();
+    EXPECT_EQ(signed_.activated, u"ann>/m/a.mp3;");
+    services_->ShowMediaState(false);
+    services_->ActivateOwnSign();
+    EXPECT_EQ(signed_.activated, u"ann>/m/a.mp3;");
 }
 
 TEST_F(ServicesTest, TheSwitchOutlivesTheRun)
