@@ -171,7 +171,7 @@ void Engine::OnMediumAnswer(CoreProperty id, const mpv_node& value)
         NoteChange(cachePosition_, GetNumber(&value, cachePosition_));
         break;
     case CoreProperty::Buffering:
-        buffering_ = std::clamp(static_cast<int>(GetNumber(&value, 0)), 0, 100);
+        buffering_ = static_cast<int>(std::clamp(GetNumber(&value, 0), 0.0, 100.0));
         break;
     case CoreProperty::Width: width_ = ToPixels(GetNumber(&value, 0)); break;
     case CoreProperty::Height: height_ = ToPixels(GetNumber(&value, 0)); break;

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
+#include <cstring>
 
 namespace kivo::test {
 
@@ -204,6 +206,50 @@ TEST_F(NetworkTest, ARedirectIsFollowedButNotToAFile)
     run.SetBytes(server.GetUrl("/file"));
     run.RunToState(8);
     EXPECT_EQ(run.GetTrace(), "9 8");
+}
+
+std::string LittleEnd(std::uint32_t number, int count)
+{
+    std::string bytes;
+    for (int i = 0; i < count; ++i)
+        bytes.push_back(static_cast<char>(number >> (8 * i) & 0xFFU));
+    return bytes;
+}
+
+// The file cut into the pieces in which a media server sends it: its head, then packet by packet.
+std::string FrameForMms(const std::string& file)
+{
+    constexpr std::size_t kDataHead = 50;
+    constexpr std::size_t kPacketSizeAt = 92;
+    const std::string fileProperties("\xA1\xDC\xAB\x8C\x47\xA9\xCF\x11", 8);
+    const auto readAt = [&](std::size_t at) {
+        std::uint32_t number = 0;
+        std::memcpy(&number, file.data() + at, sizeof number);
+        return number;
+    };
+    const auto chunk = [](const char* type, const std::string& bytes) {
+        return type + LittleEnd(static_cast<std::uint32_t>(bytes.size() + 8), 2) +
+               std::string(8, '\0') + bytes;
+    };
+    const std::size_t head = readAt(16) + kDataHead;
+    const std::size_t packet = readAt(file.find(fileProperties) + kPacketSizeAt);
+    std::string frames = chunk("$H", file.substr(0, head));
+    for (std::size_t at = head; at + packet <= file.size(); at += packet)
+        frames += chunk("$D", file.substr(at, packet));
+    return frames + "$E" + LittleEnd(4, 2) + std::string(4, '\0');
+}
+
+TEST_F(NetworkTest, AnMmsStreamWaitsPlaysAndEnds)
+{
+    const std::string frames = FrameForMms(ReadMedia("tone.wma"));
+    server.Serve("/tone", [frames](const HttpRequest&, HttpAnswer& answer) {
+        answer.Send("HTTP/1.0 200 OK\r\nContent-Type: application/x-mms-framed\r\n\r\n" + frames);
+    });
+    std::string url = server.GetUrl("/tone");
+    url.replace(0, 4, "mms");
+    run.SetBytes(url);
+    run.RunToState(8);
+    EXPECT_EQ(run.GetTrace(), "9 6 7 3 8");
 }
 
 TEST_F(NetworkTest, AnMmsAddressIsTriedOverBothTransports)
