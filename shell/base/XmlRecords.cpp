@@ -101,7 +101,8 @@ const char* RecordParser::SkipBlanks(const char* text) const
 void RecordParser::FindProlog(const char* text, bool needsUtf8)
 {
     prolog_ = {};
-    if (!StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
+    // At the text's end StringEqual would end the process with a failed assertion.
+    if (*text == '\0' || !StringEqual(text, "<?xml", /*ignoreCase=*/true, TIXML_ENCODING_LEGACY))
         return;
     TiXmlDeclaration declaration;
     declaration.Parse(text, nullptr, TIXML_ENCODING_LEGACY);
