@@ -154,7 +154,7 @@ public:
     OpenCounter& operator=(const OpenCounter&) = delete;
     ~OpenCounter() { close(descriptor_); }
 
-    int Count()
+    [[nodiscard]] int Count() const
     {
         int opens = 0;
         alignas(inotify_event) char buffer[1 << 16];
@@ -176,7 +176,7 @@ Numbers ImportTwice(const std::vector<std::string>& files)
     const test::FakeHost host;
     const test::TempFolder library;
     common::SetAppPath(common::PathToText(KIVO_BENCH_APP_DIR));
-    SetBeyond(true);
+    SetBeyond(/*on=*/true);
     tunehive::GetMediaLibManager()->Initialize(library.GetPath());
     ImportWindow window;
     const double memory = bench::GetMemoryMb();
