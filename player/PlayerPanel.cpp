@@ -22,6 +22,8 @@
 #include "shell/contracts/ui/SkinForm.h"
 #include "shell/contracts/ui/SkinManager.h"
 
+#include <algorithm>
+
 namespace kivo::tunehive {
 
 namespace {
@@ -500,8 +502,13 @@ void CPlayerPanel::PressPrevious()
 
 void CPlayerPanel::SeekTo(double seconds)
 {
-    if (IMediaPlayer* player = FindPlayer())
-        player->SetPosition(seconds);
+    IMediaPlayer* player = FindPlayer();
+    if (player == nullptr)
+        return;
+    player->SetPosition(seconds);
+    // The bar counts for itself: left behind, it would end the track too soon or too late.
+    if (bar_ != nullptr && !bar_->IsLocked())
+        bar_->SetPosition(seconds > 0 ? static_cast<int>(std::min(seconds, duration_)) : 0);
 }
 
 void CPlayerPanel::Step(bool forward)

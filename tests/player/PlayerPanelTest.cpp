@@ -491,6 +491,28 @@ TEST_F(PlayerPanelTest, TheOtherButtonsReachTheirPlaces)
     EXPECT_EQ(panel_->GetUserStopMark(), 0);
 }
 
+TEST_F(PlayerPanelTest, ASeekFromElsewhereMovesTheCountedPositionToo)
+{
+    panel_->SeekTo(30.0); // Nothing is open yet: the bar is locked.
+    EXPECT_EQ(Bar().GetPosition(), 0);
+    PlayRow(0, 100.0);
+    for (const auto& [seconds, position] : {
+             std::pair{60.9,  60 },
+             {20.0,  20 },
+             {-5.0,  0  },
+             {1e300, 100}
+    }) {
+        panel_->SeekTo(seconds);
+        EXPECT_EQ(player_.position, seconds);
+        EXPECT_EQ(Bar().GetPosition(), position) << seconds;
+    }
+    panel_->SeekTo(97.0);
+    PassSeconds(5);
+    EXPECT_EQ(host_.CountPosted(), 0U);
+    PassSeconds(1);
+    EXPECT_EQ(host_.CountPosted(), 1U); // Three to the counted end, three to wait there.
+}
+
 TEST_F(PlayerPanelTest, TheSignFollowsTheSetting)
 {
     host_.showsMediaState = 0;
