@@ -419,7 +419,8 @@ void CMediaTreeCategory::EndMoves()
     if (--moves_ > 0 || markBeforeMoves_ == current_)
         return;
     const UpdateBracket bracket(GetMediaTree());
-    if (CMediaTreeItem* row = FindRow(markBeforeMoves_))
+    // A mark whose track has gone stood on the first row.
+    if (CMediaTreeItem* row = PickRow(markBeforeMoves_, static_cast<int>(RowMode::Same)))
         row->SetPlaying(false);
     if (CMediaTreeItem* row = FindRow(current_))
         row->SetPlaying(true);

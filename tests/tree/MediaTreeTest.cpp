@@ -108,6 +108,20 @@ TEST_F(TreeTest, ARunOfMovesDrawsOnlyItsEnd)
     EXPECT_TRUE(Row(u"playing", 2).IsPlaying());
 }
 
+TEST_F(TreeTest, ARunOfMovesLeavesOneMarkAlsoWhereTheFirstRowStoodIn)
+{
+    Add(u"playing", {u"a", u"b"});
+    tree_->PlayTrack(u"playing", u"gone");
+    EXPECT_TRUE(Row(u"playing", 0).IsPlaying());
+    tree_->SetChance([] { return 1U; });
+    String url;
+    tree_->BeginMoves();
+    tree_->GetRandomURL(url);
+    tree_->EndMoves();
+    EXPECT_FALSE(Row(u"playing", 0).IsPlaying());
+    EXPECT_TRUE(Row(u"playing", 1).IsPlaying());
+}
+
 TEST_F(TreeTest, ARemovedCurrentTrackEmptiesTheMark)
 {
     const Strings sids = Add(u"playing", {u"a", u"b"});
