@@ -65,7 +65,9 @@ TuneHiveWindow::TuneHiveWindow(CWnd* parent, IPlugin* plugin)
 
 TuneHiveWindow::~TuneHiveWindow()
 {
-    ReleaseVolForm(); // A host may drop a page that it has not closed.
+    // A host may drop a page that it has not closed.
+    CloseMusicCabinet();
+    ReleaseVolForm();
 }
 
 void TuneHiveWindow::Release()

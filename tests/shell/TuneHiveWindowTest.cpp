@@ -21,6 +21,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace kivo::tunehive {
@@ -33,6 +34,17 @@ struct Pane {
     bool showsPhoto = false;
     String caption;
     friend bool operator==(const Pane&, const Pane&) = default;
+};
+
+// Watches the form that was made last.
+class WatchingFactory final : public ui::NullPeerFactory {
+public:
+    std::unique_ptr<ui::IFormPeer> MakeForm(ui::CSkinForm& form) override
+    {
+        lastForm = form.Watch();
+        return NullPeerFactory::MakeForm(form);
+    }
+    LifeWatch lastForm;
 };
 
 class TuneHiveWindowTest : public testing::Test {
@@ -265,6 +277,19 @@ TEST_F(TuneHiveWindowTest, BeingShownIsCountedAndGivesTheTreeTheFocus)
     EXPECT_EQ(host_.tags, std::vector<int>{2103});
     ASSERT_NE(window_->GetTree(), nullptr);
     EXPECT_EQ(form_.GetDefaultFocusObj(), window_->GetTree());
+}
+
+TEST_F(TuneHiveWindowTest, TakesItsOpenWebFormAlong)
+{
+    WatchingFactory factory;
+    ui::SetPeerFactory(&factory);
+    CreatePage();
+    window_->OpenMusicCabinet();
+    EXPECT_TRUE(factory.lastForm.IsAlive());
+    form_.UnregisterControl(window_.get());
+    window_.reset(); // By a host that closes no page first.
+    EXPECT_FALSE(factory.lastForm.IsAlive());
+    ui::SetPeerFactory(nullptr);
 }
 
 TEST_F(TuneHiveWindowTest, ThePlayStateIsTheCurrentPlayers)
