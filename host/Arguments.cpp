@@ -191,6 +191,7 @@ public:
     {
         std::vector<std::string> copy = arguments;
         std::vector<char*> argv;
+        argv.reserve(copy.size() + 1);
         for (std::string& argument : copy)
             argv.push_back(argument.data());
         const int count = static_cast<int>(argv.size());

@@ -51,7 +51,7 @@ void EndEditsBelow(const ui::CSkinObject& object)
     for (ui::CSkinObject* const control : object.GetControls()) {
         if (auto* const list = dynamic_cast<ui::CSkinList*>(control))
             list->EndEdit();
-        else
+        else if (control != nullptr)
             EndEditsBelow(*control);
     }
 }

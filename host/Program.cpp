@@ -357,7 +357,7 @@ int Program::Run()
         return kWrongUse;
     }
     RestoreProfile(profile);
-    SetBeyond(true);
+    SetBeyond(/*on=*/true);
     return Session(options, profile, terminal).Run();
 }
 

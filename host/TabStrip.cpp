@@ -127,7 +127,7 @@ void TabStrip::RePositionSubControls()
     const Rect padding = GetPadding();
     const int width = GetWidth() - padding.left - padding.right + kGap;
     const int height = GetHeight();
-    ShowTexts(true); // Only with the words can it be told whether they fit.
+    ShowTexts(/*show=*/true); // Only with the words can it be told whether they fit.
     ShowTexts(FitsInto(width / count - kGap));
     const Tab* const chosen = Find(chosen_);
     line_->SetVisible(chosen != nullptr ? 1 : 0);

@@ -26,12 +26,12 @@ std::string GetStartFolder()
 
 int main(int argc, char** argv)
 {
-    using namespace kivo::host;
     constexpr int kWrongUse = 2;
     const std::vector<std::string> arguments(argv, argv + argc);
-    ParsedArguments parsed = ParseArguments(arguments, GetStartFolder());
+    kivo::host::ParsedArguments parsed = kivo::host::ParseArguments(arguments, GetStartFolder());
     if (parsed.options.showHelp || parsed.options.showVersion) {
-        std::fputs(parsed.options.showHelp ? GetHelpText().c_str() : GetVersionText().c_str(),
+        std::fputs(parsed.options.showHelp ? kivo::host::GetHelpText().c_str()
+                                           : kivo::host::GetVersionText().c_str(),
                    stdout);
         return 0;
     }
@@ -39,5 +39,5 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "kivo: %s\n", parsed.error.c_str());
         return kWrongUse;
     }
-    return Program(std::move(parsed.options)).Run();
+    return kivo::host::Program(std::move(parsed.options)).Run();
 }

@@ -22,9 +22,11 @@ std::atomic<int> runningCount = 0;
 
 FolderImport Own(WPARAM wParam, LPARAM lParam)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a message carries pointers as words.
     const std::unique_ptr<char16_t[]> groupId(reinterpret_cast<char16_t*>(wParam));
     FolderImport import;
     import.groupId = groupId.get();
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): as above.
     import.paths.reset(reinterpret_cast<CStringArray*>(lParam));
     --runningCount;
     return import;

@@ -6,22 +6,21 @@
 // ID3v1 tag.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
-    using namespace kivo;
-    const std::string_view text = fuzz::AsText(bytes, count);
-    const fuzz::MemoryFile memory(text);
-    const tunehive::CKivoMediaHelper& helper = tunehive::GetMediaHelperInstance();
-    tunehive::MediaInfo info;
-    fuzz::Require(helper.ReadMP3Info(memory.GetPath(), info) && info.size() == 14);
+    const std::string_view text = kivo::fuzz::AsText(bytes, count);
+    const kivo::fuzz::MemoryFile memory(text);
+    const kivo::tunehive::CKivoMediaHelper& helper = kivo::tunehive::GetMediaHelperInstance();
+    kivo::tunehive::MediaInfo info;
+    kivo::fuzz::Require(helper.ReadMP3Info(memory.GetPath(), info) && info.size() == 14);
 
-    CBinaryFile file;
-    fuzz::Require(file.Open(memory.GetPath()));
-    tunehive::CFileWindow window(file);
-    const auto buffered = tunehive::WalkFrames([&](std::uint32_t& header, int skip) {
+    kivo::CBinaryFile file;
+    kivo::fuzz::Require(file.Open(memory.GetPath()));
+    kivo::tunehive::CFileWindow window(file);
+    const auto buffered = kivo::tunehive::WalkFrames([&](std::uint32_t& header, int skip) {
         return helper.FindFrameHeader(window, header, skip);
     });
-    tunehive::LiteralSearch literal(text);
-    const auto expected = tunehive::WalkFrames(
+    kivo::tunehive::LiteralSearch literal(text);
+    const auto expected = kivo::tunehive::WalkFrames(
         [&](std::uint32_t& header, int skip) { return literal.Find(header, skip); });
-    fuzz::Require(buffered == expected);
+    kivo::fuzz::Require(buffered == expected);
     return 0;
 }

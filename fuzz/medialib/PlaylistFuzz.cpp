@@ -6,12 +6,11 @@
 // A playlist, read as M3U and as ASX.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
-    using namespace kivo;
-    const fuzz::MemoryFile file(fuzz::AsText(bytes, count));
-    const tunehive::CKivoMediaHelper& helper = tunehive::GetMediaHelperInstance();
-    CStringArray paths;
+    const kivo::fuzz::MemoryFile file(kivo::fuzz::AsText(bytes, count));
+    const kivo::tunehive::CKivoMediaHelper& helper = kivo::tunehive::GetMediaHelperInstance();
+    kivo::CStringArray paths;
     helper.ReadM3UPlaylist(file.GetPath(), paths);
-    std::map<String, Property> entries;
+    std::map<kivo::String, kivo::Property> entries;
     helper.ReadASXPlaylist(file.GetPath(), entries);
     return 0;
 }

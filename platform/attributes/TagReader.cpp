@@ -182,9 +182,9 @@ std::optional<AttributeRecord> ReadAsf(MediaSource& source, BoundedStream& strea
 template <class File>
 std::optional<AttributeRecord> ReadChunked(BoundedStream& stream)
 {
-    stream.SetHidesId3Chunk(true);
+    stream.SetHidesId3Chunk(/*on=*/true);
     File file(&stream);
-    stream.SetHidesId3Chunk(false);
+    stream.SetHidesId3Chunk(/*on=*/false);
     if (!file.isValid())
         return std::nullopt;
     AttributeRecord record;
