@@ -6,6 +6,7 @@
 #include "host/Messages.h"
 #include "host/Pages.h"
 #include "host/Playback.h"
+#include "host/PlayerKeys.h"
 #include "host/Plugins.h"
 #include "host/Profile.h"
 #include "host/Screen.h"
@@ -111,6 +112,7 @@ private:
     Services services_;
     MainForm form_;
     Plugins plugins_;
+    PlayerKeys keys_;
     StopSignals signals_;
     std::optional<Playback> playback_;
     std::optional<Screenshot> screenshot_;
@@ -129,6 +131,7 @@ Session::Session(const Options& options, const std::string& profile, Terminal& t
     , messages_(screen_.IsVisible() ? MakeBoxMessages() : MakeTerminalMessages(terminal))
     , services_({settings_, signs_, *messages_, pages_}, common::PathToText(profile + "/"))
     , form_(MakeCommands())
+    , keys_([this] { return plugins_.GetRemote(); })
     , signals_([this] { Leave(kDone); })
 {
     common::SetAppPath(common::PathToText(appFolder_));

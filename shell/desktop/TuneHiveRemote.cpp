@@ -165,6 +165,13 @@ bool TuneHiveRemote::StopWork(int timeoutMs)
     return library == nullptr || library->StopWork(timeoutMs);
 }
 
+void TuneHiveRemote::ToggleFullScreen()
+{
+    IMediaPlayer* player = FindPlayer();
+    if (player != nullptr && (player->GetFullScreen() || player->GetImageWidth() > 0))
+        player->SetFullScreen(!player->GetFullScreen());
+}
+
 void TuneHiveRemote::OpenWebForm()
 {
     window_.OpenMusicCabinet();

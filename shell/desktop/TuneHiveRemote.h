@@ -35,6 +35,7 @@ public:
     void AddListener(const Delegate<int>& listener) override;
     void RemoveListener(const Delegate<int>& listener) override;
     [[nodiscard]] bool StopWork(int timeoutMs) override;
+    void ToggleFullScreen() override;
     void OpenWebForm() override;
     void SetMusicServer(const String& hostAndPort) override;
 

@@ -45,6 +45,7 @@ public:
     void AddListener(const Delegate<int>& listener) override { listeners.Add(listener); }
     void RemoveListener(const Delegate<int>& listener) override { listeners.Remove(listener); }
     bool StopWork(int /*timeoutMs*/) override { return true; }
+    void ToggleFullScreen() override {}
     void OpenWebForm() override {}
     void SetMusicServer(const String& /*hostAndPort*/) override {}
 

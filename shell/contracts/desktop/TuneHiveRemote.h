@@ -53,6 +53,8 @@ public:
     // was given up; close the page, save, and end the process without unloading the library.
     [[nodiscard]] virtual bool StopWork(int timeoutMs) = 0;
 
+    virtual void ToggleFullScreen() = 0; // Of a moving picture; nothing without one.
+
     virtual void OpenWebForm() = 0;
     virtual void
     SetMusicServer(const String& hostAndPort) = 0; // "HOST[:PORT]", before the form opens.
