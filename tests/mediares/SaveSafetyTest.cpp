@@ -23,6 +23,7 @@ void SaveNumbered(const String& path, int number, int count)
 {
     const Released<IMediaResGroup> group(new MediaResGroup(u"mine", path, nullptr));
     std::vector<String> sids;
+    sids.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         sids.push_back(group->AddItem({
             {0, u"/" + common::ToText(number)}

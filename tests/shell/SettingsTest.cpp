@@ -74,28 +74,28 @@ TEST_F(SettingsTest, ThePathSurvivesWriteAndRead)
 struct ReadCase {
     const char* name;
     std::string text;
-    int mode;
     const char16_t* path;
+    int mode;
     int volume;
 };
 
 const ReadCase kReadCases[] = {
-    {"AllThree",                 ConfigText("1",                     "/a",  "5"),                                                           1,u"/a", 5},
-    {"NoNumberIsZero",                         ConfigText("x",                                                           "/a",                                                 "y"),                                                                         0,u"/a", 0},
-    {"NumbersHaveNoRange",                         ConfigText("99",                                                      "/a",                                                          "-7"),                                                99,                   u"/a", -7},
-    {"EmptyValuesChangeNothing",                      ConfigText("","",""),2,u"", 60},
-    {"MissingElements", kHead + "<TuneHive><Volume vol='5'/></TuneHive>", 2,       u"",                                                                                                                           5},
-    {"NamesInOtherLetters",                        kHead + "<TUNEHIVE><playmode MODE='3'/></TUNEHIVE>",                                                          3,                                               u"",                                                             60},
+    {"AllThree",                 ConfigText("1",                     "/a",     "5"),                                                           u"/a",1, 5},
+    {"NoNumberIsZero",                         ConfigText("x",                                                           "/a",                                                    "y"),                                                                            u"/a",0, 0},
+    {"NumbersHaveNoRange",                     ConfigText("99",                                                      "/a",                                                             "-7"),                                                u"/a",                99, -7},
+    {"EmptyValuesChangeNothing",                      ConfigText("","",""),u"",2, 60},
+    {"MissingElements", kHead + "<TuneHive><Volume vol='5'/></TuneHive>", u"",          2,                                                                                                                                 5},
+    {"NamesInOtherLetters",                        kHead + "<TUNEHIVE><playmode MODE='3'/></TUNEHIVE>",                                                          u"",                                                  3,                                                                60},
     {"TheFirstElementOfAName",
      kHead + "<TuneHive><PlayMode/><PlayMode mode='3'/></TuneHive>",
-     2,                                            u"",
+     u"",                                               2,
      60},
-    {"NotWellFormed",                        kHead + "<TuneHive><PlayMode mode='3'/>",                                                          2,                                        u"",                                                                        60},
-    {"NoRoot",                         kHead + "<Other><PlayMode mode='3'/></Other>",                                                           2,                                                  u"",                                                 60                                                                                                                                           },
-    {"NoBytes",                        "",                                                          2,                                                        u"",60},
+    {"NotWellFormed",                        kHead + "<TuneHive><PlayMode mode='3'/>",                                                          u"",                                           2,                                                                           60},
+    {"NoRoot",                         kHead + "<Other><PlayMode mode='3'/></Other>",                                                           u"",                                                     2,                                                    60                                                                                                                                                 },
+    {"NoBytes",                        "",                                                          u"",                                                           2,60},
     {"OlderForm",
-     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                          3,
-     u"/é",                                            60},
+     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                          u"/é",
+     3,                                            60},
 };
 
 class ReadConfigTest : public SettingsTest, public testing::WithParamInterface<ReadCase> {};

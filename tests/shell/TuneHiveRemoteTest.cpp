@@ -49,6 +49,7 @@ protected:
     void OpenAndPlay(const std::vector<const char*>& names)
     {
         std::vector<String> paths;
+        paths.reserve(names.size());
         for (const char* name : names)
             paths.push_back(folder_.GetPath(name));
         remote_->Open(paths, u"playing", /*playFirst=*/true);

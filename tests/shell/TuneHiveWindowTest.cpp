@@ -232,21 +232,21 @@ TEST_F(TuneHiveWindowTest, TheVideoFollowsItsWindow)
 
 struct VolCase {
     const char* name;
-    bool wasVisible;
     int action;
+    bool wasVisible;
     bool isVisible;
     bool isMoved;
 };
 
 constexpr VolCase kVolCases[] = {
-    {"HiddenHide",      false, 0,  false, false},
-    {"HiddenShow",      false, 1,  true,  true },
-    {"HiddenToggle",    false, 2,  true,  true },
-    {"VisibleHide",     true,  0,  false, false},
-    {"VisibleShow",     true,  1,  true,  false},
-    {"VisibleToggle",   true,  2,  false, false},
-    {"HiddenAnyOther",  false, 7,  true,  true },
-    {"VisibleAnyOther", true,  -1, false, false},
+    {"HiddenHide",      0,  false, false, false},
+    {"HiddenShow",      1,  false, true,  true },
+    {"HiddenToggle",    2,  false, true,  true },
+    {"VisibleHide",     0,  true,  false, false},
+    {"VisibleShow",     1,  true,  true,  false},
+    {"VisibleToggle",   2,  true,  false, false},
+    {"HiddenAnyOther",  7,  false, true,  true },
+    {"VisibleAnyOther", -1, true,  false, false},
 };
 
 TEST_F(TuneHiveWindowTest, TheVolumeForm)

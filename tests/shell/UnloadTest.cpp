@@ -84,7 +84,7 @@ Function Find(void* library, const char* name)
 void Live(Program& program, bool closesPage)
 {
     void* const library = dlopen(KIVO_PLUGIN, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
+    ASSERT_NE(library, nullptr);
     IPlugin* const plugin = Find<GetKivoPluginInstanceFunction>(library, "GetKivoPluginInstance")();
     ASSERT_NE(plugin, nullptr);
     EXPECT_EQ(Find<MyPreTranslateMessageFunction>(library, "MyPreTranslateMessage")(nullptr), 0);
@@ -131,7 +131,7 @@ TEST(Unload, FiftyLivesOfTheLibraryInOneProcess)
 TEST(Unload, WithoutAProgramTheLoadFailsAndIsTakenBack)
 {
     void* const library = dlopen(KIVO_PLUGIN, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
+    ASSERT_NE(library, nullptr);
     IPlugin* const plugin = Find<GetKivoPluginInstanceFunction>(library, "GetKivoPluginInstance")();
     ASSERT_NE(plugin, nullptr);
     EXPECT_EQ(plugin->OnLoad(nullptr, nullptr), 0);
