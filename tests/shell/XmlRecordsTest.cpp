@@ -39,65 +39,65 @@ struct ParseCase {
 
 const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
 
+const std::string kZeroByteFirst("\0<Root/>", 8);
+const std::string kZeroByteInside("<Root><a v='1'/>\0</Root>", 24);
+const std::string kTooDeep = [] {
+    std::string deep = "<Root>";
+    for (int i = 0; i < 70; ++i)
+        deep += "<a>";
+    return deep;
+}();
+
 const ParseCase kParseCases[] = {
-    {"NoBytes",                    "",                                                 XmlResult::Empty,  ""                                                        },
-    {"Records",                    kHead + "<Root><a v=\"1\"/><b v='2' /></Root>",     XmlResult::Read,   "a:1,b:2,"                                                },
-    {"AnEmptyRoot",                kHead + "<Root />",                                 XmlResult::Read,   ""                                                        },
-    {"ARootWithAttributes",        "<Root x='>' y=\"/\"><a v='1'/></Root>",            XmlResult::Read,   "a:1,"                                                    },
-    {"TheRootInOtherLetters",      "<rOOT><a v='1'/></rOOT>",                          XmlResult::Read,   "a:1,"                                                    },
-    {"AnAttributeInOtherLetters",  "<Root><a V='1'/></Root>",                          XmlResult::Read,   "a:1,"                                                    },
-    {"TheFirstOfTwoSpellings",     "<Root><a V='1' v='2'/></Root>",                    XmlResult::Read,   "a:1,"                                                    },
-    {"NoRoot",                     kHead + "<Other><a v='1'/></Other>",                XmlResult::NoRoot, ""                                                        },
-    {"ALongerNameIsNoRoot",        "<Roots><a v='1'/></Roots>",                        XmlResult::NoRoot, ""                                                        },
-    {"ARootBelowAnother",          "<Other><Root><a v='1'/></Root></Other>",           XmlResult::NoRoot, ""                                                        },
+    {"NoBytes",                    "",                                                 XmlResult::Empty,  ""          },
+    {"Records",                    kHead + "<Root><a v=\"1\"/><b v='2' /></Root>",     XmlResult::Read,   "a:1,b:2,"  },
+    {"AnEmptyRoot",                kHead + "<Root />",                                 XmlResult::Read,   ""          },
+    {"ARootWithAttributes",        "<Root x='>' y=\"/\"><a v='1'/></Root>",            XmlResult::Read,   "a:1,"      },
+    {"TheRootInOtherLetters",      "<rOOT><a v='1'/></rOOT>",                          XmlResult::Read,   "a:1,"      },
+    {"AnAttributeInOtherLetters",  "<Root><a V='1'/></Root>",                          XmlResult::Read,   "a:1,"      },
+    {"TheFirstOfTwoSpellings",     "<Root><a V='1' v='2'/></Root>",                    XmlResult::Read,   "a:1,"      },
+    {"NoRoot",                     kHead + "<Other><a v='1'/></Other>",                XmlResult::NoRoot, ""          },
+    {"ALongerNameIsNoRoot",        "<Roots><a v='1'/></Roots>",                        XmlResult::NoRoot, ""          },
+    {"ARootBelowAnother",          "<Other><Root><a v='1'/></Root></Other>",           XmlResult::NoRoot, ""          },
     {"TheFirstOfTwoRoots",
      "<Root><a v='1'/></Root><Root><a v='2'/></Root>",                                 XmlResult::Read,
-     "a:1,"                                                                                                                                                         },
-    {"ElementsBeforeTheRoot",      "<Other v='>'/><Root><a v='1'/></Root>",            XmlResult::Read,   "a:1,"                                                    },
+     "a:1,"                                                                                                           },
+    {"ElementsBeforeTheRoot",      "<Other v='>'/><Root><a v='1'/></Root>",            XmlResult::Read,   "a:1,"      },
     {"TextAndCommentsBetween",
      "<Root>x<!-- <a v='0'/> --><a v='1'/>y</Root>",                                   XmlResult::Read,
-     "a:1,"                                                                                                                                                         },
-    {"NestedElementsAreNoRecords", "<Root><a v='1'><b v='2'/></a></Root>",             XmlResult::Read,   "a:1,"                                                    },
-    {"TextBehindTheRoot",          "<Root><a v='1'/></Root> and more",                 XmlResult::Read,   "a:1,"                                                    },
-    {"AByteOrderMark",             "\xEF\xBB\xBF" + kHead + "<Root><a v='1'/></Root>", XmlResult::Read,   "a:1,"                                                    },
+     "a:1,"                                                                                                           },
+    {"NestedElementsAreNoRecords", "<Root><a v='1'><b v='2'/></a></Root>",             XmlResult::Read,   "a:1,"      },
+    {"TextBehindTheRoot",          "<Root><a v='1'/></Root> and more",                 XmlResult::Read,   "a:1,"      },
+    {"AByteOrderMark",             "\xEF\xBB\xBF" + kHead + "<Root><a v='1'/></Root>", XmlResult::Read,   "a:1,"      },
     {"BlanksBeforeTheDeclaration",
      "\n " + kHead + "<Root><a v='1'/></Root>",
      XmlResult::Read,
-     "a:1,"                                                                                                                                                         },
-    {"LineEndsInValues",           "<Root><a v='1\r\n2\r3'/></Root>",                  XmlResult::Read,   "a:1\n2\n3,"                                              },
-    {"OnlyBlanks",                 "  \n",                                             XmlResult::NoRoot, ""                                                        },
-    {"AZeroByteFirst",             std::string("\0<Root/>",                            8),                XmlResult::NoRoot,                                          ""},
-    {"OnlyText",                            "not XML at all",                                                                     XmlResult::NoRoot,                                           ""               },
-    {"ATagThatNeverEnds",                            "<Root><a v='1'",                                                            XmlResult::Failed,                                  ""},
-    {"ARootThatNeverEnds",                            "<Root><a v='1'/>",                                                           XmlResult::Failed,                               "a:1,"             },
-    {"AWrongEndTag",                            "<Root><a v='1'></b></Root>",                                                                 XmlResult::Failed,                           ""},
-    {"AnEndTagInOtherLetters",                            "<Root><a v='1'/></root>",                                                       XmlResult::Failed,                    "a:1,"                },
-    {"AnAttributeTwice",                            "<Root><a v='1' v='1'/></Root>",                                                             XmlResult::Failed,                    ""},
-    {"AnAttributeWithoutAValue",                            "<Root><a v/></Root>",                                                     XmlResult::Failed,                      ""                          },
-    {"ABrokenElementBehindIt",                            "<Root><a v='1'/></Root><b",                                                       XmlResult::Failed,                  "a:1,"},
-    {"ANulEndsTheText",                            std::string("<Root><a v='1'/>\0</Root>",                                                              25),             XmlResult::Failed,                             "a:1,"},
-    {"TooDeep",
-     "<Root>" + std::string(70,                                                                        ' ') +
-         [] {
-             std::string deep;
-             for (int i = 0; i < 70; ++i)
-                 deep += "<a>";
-             return deep;
-         }(),
-     XmlResult::Failed,
-     ""},
+     "a:1,"                                                                                                           },
+    {"LineEndsInValues",           "<Root><a v='1\r\n2\r3'/></Root>",                  XmlResult::Read,   "a:1\n2\n3,"},
+    {"OnlyBlanks",                 "  \n",                                             XmlResult::NoRoot, ""          },
+    {"AZeroByteFirst",             kZeroByteFirst,                                     XmlResult::NoRoot, ""          },
+    {"OnlyText",                   "not XML at all",                                   XmlResult::NoRoot, ""          },
+    {"ATagThatNeverEnds",          "<Root><a v='1'",                                   XmlResult::Failed, ""          },
+    {"ARootThatNeverEnds",         "<Root><a v='1'/>",                                 XmlResult::Failed, "a:1,"      },
+    {"AWrongEndTag",               "<Root><a v='1'></b></Root>",                       XmlResult::Failed, ""          },
+    {"AnEndTagInOtherLetters",     "<Root><a v='1'/></root>",                          XmlResult::Failed, "a:1,"      },
+    {"AnAttributeTwice",           "<Root><a v='1' v='1'/></Root>",                    XmlResult::Failed, ""          },
+    {"AnAttributeWithoutAValue",   "<Root><a v/></Root>",                              XmlResult::Failed, ""          },
+    {"ABrokenElementBehindIt",     "<Root><a v='1'/></Root><b",                        XmlResult::Failed, "a:1,"      },
+    {"ANulEndsTheText",            kZeroByteInside,                                    XmlResult::Failed, "a:1,"      },
+    {"TooDeep",                    kTooDeep,                                           XmlResult::Failed, ""          },
     {"AQuoteBehindALeadByte",
      kHead + "<Root><a v=\"\xE4\"/><b v=\"2\"/></Root>",
      XmlResult::Read,
-     "a:\xE4,b:2,"                                                                                                                                   },
+     "a:\xE4,b:2,"                                                                                                    },
     {"ALoneSurrogateKeepsBytes",
      kHead + "<Root><a v=\"\xED\xB2\x80\"/></Root>",
      XmlResult::Read,
-     "a:\xED\xB2\x80,"},
+     "a:\xED\xB2\x80,"                                                                                                },
     {"ACharacterByNumberInUtf8",
      kHead + "<Root><a v=\"&#x4E2D;&#x01;\"/></Root>",
      XmlResult::Read,
-     "a:中\x01,"                                                                                                                               },
+     "a:中\x01,"                                                                                                     },
 };
 
 class ParseXmlRecordsTest : public testing::TestWithParam<ParseCase> {};
