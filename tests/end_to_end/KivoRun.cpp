@@ -31,6 +31,8 @@ int GetMillisecondsUntil(Clock::time_point deadline)
     return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
 }
 
+// NOLINTBEGIN(concurrency-mt-unsafe): the child and the tests' own process have one thread
+
 // In the child, before the program: nothing here may be shared with the parent.
 [[noreturn]] void
 Become(const std::vector<std::string>& arguments, const KivoRun::World& world, int stream)
@@ -64,6 +66,8 @@ Become(const std::vector<std::string>& arguments, const KivoRun::World& world, i
     _exit(127);
 }
 
+// NOLINTEND(concurrency-mt-unsafe)
+
 Sound Measure(const std::vector<std::int16_t>& samples, int channels, int rate)
 {
     double sum = 0;
@@ -85,6 +89,7 @@ std::string Quote(const std::string& text)
 
 void RunTool(const std::string& command)
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
 }
 

@@ -75,6 +75,10 @@ public:
 
 // The library as a plug-in sees it, with the program's own objects behind it.
 class ServicesTest : public testing::Test {
+public:
+    ServicesTest(const ServicesTest&) = delete;
+    ServicesTest& operator=(const ServicesTest&) = delete;
+
 protected:
     ServicesTest()
         : library_(dlopen(KIVO_EXPORT_LIBRARY, RTLD_NOW | RTLD_LOCAL))
@@ -82,8 +86,6 @@ protected:
         signs_.SetListener(&line_);
         Start();
     }
-    ServicesTest(const ServicesTest&) = delete;
-    ServicesTest& operator=(const ServicesTest&) = delete;
     ~ServicesTest() override { dlclose(library_); }
 
     void Start()
@@ -192,8 +194,8 @@ TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
     Watch(&heard_);
     Watch(&heard_); // Once is enough.
     SetSign(u"Tune");
-    services_->ShowMediaState(false);
-    services_->ShowMediaState(false);
+    services_->ShowMediaState(/*show=*/false);
+    services_->ShowMediaState(/*show=*/false);
     EXPECT_EQ(heard_, u"usign_setting=off,;");
     EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
     SetSign(u"Tune");
@@ -201,7 +203,7 @@ TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
 
     heard_.clear();
     Call<int, void*>("_KivoAPI_Revoke", &heard_);
-    services_->ShowMediaState(true);
+    services_->ShowMediaState(/*show=*/true);
     EXPECT_EQ(heard_, u"");
     EXPECT_NE(Call("_KivoAPI_IsShowMediaState"), 0);
 }
@@ -212,14 +214,14 @@ TEST_F(ServicesTest, TheOwnSignLeadsBackToItsPlugIn)
     SetSign(u"Tune", u"/m/a.mp3");
     services_->ActivateOwnSign();
     EXPECT_EQ(signed_.activated, u"ann>/m/a.mp3;");
-    services_->ShowMediaState(false);
+    services_->ShowMediaState(/*show=*/false);
     services_->ActivateOwnSign();
     EXPECT_EQ(signed_.activated, u"ann>/m/a.mp3;");
 }
 
 TEST_F(ServicesTest, TheSwitchOutlivesTheRun)
 {
-    services_->ShowMediaState(false);
+    services_->ShowMediaState(/*show=*/false);
     EXPECT_TRUE(settings_.Save());
     settings_ = HostSettings((folder_.GetNative() / "host.ini").native());
     Start();
