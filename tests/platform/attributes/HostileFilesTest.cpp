@@ -7,7 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <random>
 
 namespace kivo::attributes {
@@ -40,6 +39,17 @@ public:
     static void SetUpTestSuite() { PrepareMediaFiles(); }
 };
 
+// Of the processor: a machine that does other work too makes no file slow.
+double SecondsUsed()
+{
+    struct rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 long PeakKilobytes()
 {
     struct rusage usage {};
@@ -55,17 +65,13 @@ int ReadInChild(const std::string& file, long maxKilobytes)
         SetBeyond(true);
         const Released<IWMMetadataEditor> editor(WMCreateEditor());
         const long before = PeakKilobytes();
-        const auto start = std::chrono::steady_clock::now();
+        const double start = SecondsUsed();
         editor->Open(FilePath(file));
-        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-        const bool isSlow = took.count() > kMaxSeconds && !kIsSanitized;
+        const double took = SecondsUsed() - start;
+        const bool isSlow = took > kMaxSeconds && !kIsSanitized;
         const bool isLarge = PeakKilobytes() - before > maxKilobytes && !kIsSanitized;
         if (isSlow || isLarge)
-            fprintf(stderr,
-                    "%s: %.2f s, %ld KB\n",
-                    file.c_str(),
-                    took.count(),
-                    PeakKilobytes() - before);
+            fprintf(stderr, "%s: %.2f s, %ld KB\n", file.c_str(), took, PeakKilobytes() - before);
         ::_exit(isSlow ? 1 : isLarge ? 2 : 0);
     }
     int status = 0;
