@@ -26,9 +26,9 @@
 #include <vector>
 
 // What a new user does first: the import of a collection, beside a bare loop over TagLib.
+namespace kivo {
 namespace {
 
-using namespace kivo;
 using bench::Numbers;
 
 constexpr int kRounds = 3;
@@ -227,9 +227,7 @@ struct Rounds {
     }
 };
 
-} // namespace
-
-int main()
+int Run()
 {
     const std::string make = std::string(KIVO_BENCH_SCRIPT) + " '" + kTree + "'";
     if (std::system(make.c_str()) != 0) // NOLINT(concurrency-mt-unsafe): no thread yet
@@ -262,4 +260,12 @@ int main()
     PrintFigure("second_import_files_opened", importCold.Median(kOpens), "files");
     PrintFigure("second_import_seconds", importCold.Median(kSecondWall), "s");
     return 0;
+}
+
+} // namespace
+} // namespace kivo
+
+int main()
+{
+    return kivo::Run();
 }

@@ -13,9 +13,9 @@
 // The library of a large collection: what it takes in memory, and its load beside the whole way
 // through a document (read, parse, fill maps, free). Both are busy all the time, so that their CPU
 // seconds are what they take on an idle machine.
+namespace kivo {
 namespace {
 
-using namespace kivo;
 using bench::Numbers;
 
 constexpr int kTracks = 100'000;
@@ -30,8 +30,10 @@ void FillCache(const String& directory)
     for (int i = 0; i < kTracks; ++i) {
         const String number = common::ToText(100'000 + i);
         const String album = common::ToText(i / 12);
-        cache.SetMediaInfo(u"/home/somebody/Music/Artist of the Year " + album + u"/Album " +
-                               album + u"/" + number + u" - A Track.mp3",
+        const String path = common::FormatText(
+            u"/home/somebody/Music/Artist of the Year %s/Album %s/%s - A Track.mp3",
+            {album, album, number});
+        cache.SetMediaInfo(path,
                            {
                                {tunehive::kInfoTitle,   u"A Track of some Length " + number},
                                {tunehive::kInfoArtist,  u"Artist of the Year " + album     },
@@ -100,9 +102,7 @@ Numbers SaveCache(const String& directory)
     return {bench::GetSeconds() - start};
 }
 
-} // namespace
-
-int main()
+int Run()
 {
     const test::TempFolder folder;
     const String directory = folder.GetPath();
@@ -142,4 +142,12 @@ int main()
                        "ratio");
     bench::PrintFigure("cache_100k_save_seconds", save.at(0), "s");
     return 0;
+}
+
+} // namespace
+} // namespace kivo
+
+int main()
+{
+    return kivo::Run();
 }

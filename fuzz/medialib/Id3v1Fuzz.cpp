@@ -5,17 +5,16 @@
 // The last 128 bytes of a file, in the code page of a user who reads two-byte characters.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
-    using namespace kivo;
     constexpr int kCodePages[] = {936, 932, 949, 1251};
-    const std::string_view text = fuzz::AsText(bytes, count);
+    const std::string_view text = kivo::fuzz::AsText(bytes, count);
     for (const int codePage : kCodePages) {
-        common::SetLegacyCodePage(codePage);
-        const auto tag = tunehive::ParseId3v1(text);
-        fuzz::Require(tag.has_value() == (count == 128 && text.starts_with("TAG")));
+        kivo::common::SetLegacyCodePage(codePage);
+        const auto tag = kivo::tunehive::ParseId3v1(text);
+        kivo::fuzz::Require(tag.has_value() == (count == 128 && text.starts_with("TAG")));
         if (tag) {
-            fuzz::Require(tag->title.size() <= 30 && tag->year.size() <= 4);
-            fuzz::Require(tag->comment.size() <= (text[125] == '\0' ? 28U : 30U));
-            static_cast<void>(tunehive::GetGenreName(tag->genre));
+            kivo::fuzz::Require(tag->title.size() <= 30 && tag->year.size() <= 4);
+            kivo::fuzz::Require(tag->comment.size() <= (text[125] == '\0' ? 28U : 30U));
+            static_cast<void>(kivo::tunehive::GetGenreName(tag->genre));
         }
     }
     return 0;

@@ -39,26 +39,26 @@ private:
 // A library file: what it gave is there again after a save, and what it held is never lost.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
-    using namespace kivo;
     static const WorkFolder folder;
     folder.Empty();
-    const String path = folder.GetPath("lib.mlib");
-    fuzz::Require(WriteFileDurably(path, fuzz::AsText(bytes, count)) != 0);
+    const kivo::String path = folder.GetPath("lib.mlib");
+    kivo::fuzz::Require(kivo::WriteFileDurably(path, kivo::fuzz::AsText(bytes, count)) != 0);
 
-    tunehive::CLibCacheFile file(u"lib", path);
+    kivo::tunehive::CLibCacheFile file(u"lib", path);
     const bool isLoaded = file.Load();
-    fuzz::Require(isLoaded || file.GetCount() == 0);
+    kivo::fuzz::Require(isLoaded || file.GetCount() == 0);
     file.Merge(u"/a.mp3",
                {
-                   {tunehive::kInfoLength, u"216"}
+                   {kivo::tunehive::kInfoLength, u"216"}
     });
-    fuzz::Require(file.Save());
+    kivo::fuzz::Require(file.Save());
 
-    tunehive::CLibCacheFile saved(u"lib", path);
-    fuzz::Require(saved.Load() && saved.GetCount() == file.GetCount());
-    tunehive::MediaInfo info;
-    fuzz::Require(saved.Lookup(u"/a.mp3", info) && info.at(tunehive::kInfoLength) == u"216");
+    kivo::tunehive::CLibCacheFile saved(u"lib", path);
+    kivo::fuzz::Require(saved.Load() && saved.GetCount() == file.GetCount());
+    kivo::tunehive::MediaInfo info;
+    kivo::fuzz::Require(saved.Lookup(u"/a.mp3", info) &&
+                        info.at(kivo::tunehive::kInfoLength) == u"216");
     if (!isLoaded && count > 0)
-        fuzz::Require(std::filesystem::exists(folder.GetPath("lib.mlib.broken-1")));
+        kivo::fuzz::Require(std::filesystem::exists(folder.GetPath("lib.mlib.broken-1")));
     return 0;
 }
