@@ -9,7 +9,7 @@ namespace kivo::tunehive {
 
 CMediaSliderBar::CMediaSliderBar()
 {
-    SetLiveEvents(false);
+    SetLiveEvents(/*live=*/false);
 }
 
 void CMediaSliderBar::SetLocked(bool locked)
@@ -48,7 +48,7 @@ void CMediaSliderBar::OnMouseMove(unsigned /*flags*/, Point point)
         return;
     const Point inParent = MapToParent(point);
     if (!IsMouseTracked() && TrackMouseLeave() != 0)
-        SetMouseTracked(true);
+        SetMouseTracked(/*tracked=*/true);
     if (IsDragging())
         DragGhost(inParent);
     else
