@@ -192,7 +192,7 @@ bool CPlayerPanel::EnterPlaying(IMediaPlayer& player)
     ShowState(0);
     ShowPauseButton();
     if (bar_ != nullptr)
-        bar_->SetLocked(false);
+        bar_->SetLocked(/*locked=*/false);
     const String url = player.GetURL();
     // A stream that has just buffered, and a track that was paused, go on with the length they had.
     const bool isFresh = lastState_ != static_cast<int>(PlayerState::Buffering) && !paused_;
@@ -345,7 +345,7 @@ void CPlayerPanel::ResetSlider()
         return;
     bar_->SetRange(0, 1);
     bar_->SetPosition(0);
-    bar_->SetLocked(true);
+    bar_->SetLocked(/*locked=*/true);
 }
 
 void CPlayerPanel::StopPlayback(int userStop)
