@@ -53,12 +53,16 @@ void DesktopWishes::Ask()
         QDBusConnection bus = QDBusConnection::sessionBus();
         if (!bus.isConnected())
             return;
+        // From whoever sends it: tied to the portal's name, the first changes after a start got
+        // lost.
+        // Else the slot is refused: its type is looked up by name.
+        qRegisterMetaType<QDBusMessage>();
         bus.connect(kService,
                     kPath,
                     kInterface,
                     QStringLiteral("SettingChanged"),
                     this,
-                    SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
+                    SLOT(OnSettingChanged(QDBusMessage)));
         AskFor(kScheme);
         AskFor(kContrast);
     });
@@ -79,12 +83,11 @@ void DesktopWishes::AskFor(const QString& key)
     });
 }
 
-void DesktopWishes::OnSettingChanged(const QString& space,
-                                     const QString& key,
-                                     const QDBusVariant& value)
+void DesktopWishes::OnSettingChanged(const QDBusMessage& message)
 {
-    if (space == kSpace)
-        Take(key, value.variant());
+    const QVariantList told = message.arguments();
+    if (told.size() == 3 && told[0].toString() == kSpace)
+        Take(told[1].toString(), told[2]);
 }
 
 void DesktopWishes::Take(const QString& key, const QVariant& value)

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QDBusMessage>
 #include <QObject>
 #include <QVariant>
-
-class QDBusVariant;
 
 namespace kivo::ui::qt {
 
@@ -22,8 +21,8 @@ public:
 signals:
     void Changed();
 
-private slots:
-    void OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value);
+public slots:
+    void OnSettingChanged(const QDBusMessage& message); // From the bus.
 
 private:
     void AskFor(const QString& key);

@@ -104,9 +104,9 @@ bool InputWatch::eventFilter(QObject* object, QEvent* event)
 {
     const QEvent::Type type = event->type();
     if (type == QEvent::KeyPress)
-        SetAtKeys(true);
+        SetAtKeys(/*on=*/true);
     else if (IsMouseInput(type))
-        SetAtKeys(false);
+        SetAtKeys(/*on=*/false);
     // A key reaches the window first and its widgets behind it: the hooks see it once, there.
     if (qobject_cast<QWindow*>(object) == nullptr)
         return false;

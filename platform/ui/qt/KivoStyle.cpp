@@ -178,9 +178,7 @@ void DrawScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QR
 
 void DrawComboBox(QPainter& painter, const QStyleOptionComboBox& option, const QWidget* widget)
 {
-    QStyleOption field = option;
-    field.state.setFlag(QStyle::State_HasFocus, option.state.testFlag(QStyle::State_HasFocus));
-    DrawField(painter, field, widget);
+    DrawField(painter, option, widget);
     const bool mirrored = option.direction == Qt::RightToLeft;
     const qreal x = mirrored ? option.rect.x() + 18.0 : option.rect.right() - 17.0;
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
@@ -344,14 +342,14 @@ int KivoStyle::pixelMetric(PixelMetric metric,
     case PM_MenuPanelWidth: return 0;
     case PM_MenuHMargin:
     case PM_MenuVMargin: return kMenuEdge;
-    case PM_ScrollBarExtent: return kScrollBar;
-    case PM_ScrollView_ScrollBarOverlap: return kScrollBar;
+    case PM_ScrollBarExtent:
+    case PM_ScrollView_ScrollBarOverlap: return kScrollBar; // It lies on what it scrolls.
     case PM_ScrollBarSliderMin: return 28;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight: return kBox;
     case PM_CheckBoxLabelSpacing: return 8;
     case PM_ButtonShiftHorizontal:
-    case PM_ButtonShiftVertical: return 0;
+    case PM_ButtonShiftVertical:
     case PM_ButtonDefaultIndicator: return 0;
     case PM_SubMenuOverlap: return -2;
     case PM_ToolTipLabelFrameWidth: return 6;
@@ -420,12 +418,12 @@ int KivoStyle::styleHint(StyleHint hint,
             return 1;
         }
         break;
-    case SH_UnderlineShortcut: return 0;
-    case SH_ComboBox_Popup: return 0;
-    case SH_EtchDisabledText: return 0;
-    case SH_ItemView_ActivateItemOnSingleClick: return 0;
-    case SH_ScrollBar_Transient: return 0;
-    case SH_Widget_Animate: return 0;
+    case SH_UnderlineShortcut:
+    case SH_ComboBox_Popup:
+    case SH_EtchDisabledText:
+    case SH_ItemView_ActivateItemOnSingleClick:
+    case SH_ScrollBar_Transient:
+    case SH_Widget_Animate:
     case SH_Widget_Animation_Duration: return 0;
     default: break;
     }

@@ -145,7 +145,7 @@ public:
         ApplyOwn(Change::Text);
         ApplyOwn(Change::Visible);
     }
-    ~LabelPeer() override { MarkField(false); }
+    ~LabelPeer() override { MarkField(/*wrong=*/false); }
 
     void Apply(Change change) override
     {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace kivo::ui::qt {
 
@@ -154,7 +155,7 @@ QFont GetScaledFont(double scale, int weight)
     if (scale > 0.0 && scale != 1.0) {
         const int base = QFontInfo(font).pixelSize();
         const int smallest = std::min(base, kSmallest);
-        font.setPixelSize(std::max(smallest, static_cast<int>(base * scale + 0.5)));
+        font.setPixelSize(std::max(smallest, static_cast<int>(std::lround(base * scale))));
     }
     if (weight > 0)
         font.setWeight(static_cast<QFont::Weight>(std::clamp(weight, 100, 900)));

@@ -191,7 +191,7 @@ QPixmap GetPainted(const String& name,
         image = image.mirrored(/*horizontally=*/true, /*vertically=*/false);
     auto pixmap = std::make_unique<QPixmap>(QPixmap::fromImage(image));
     pixmap->setDevicePixelRatio(ratio);
-    const QPixmap result = *pixmap;
+    QPixmap result = *pixmap;
     const qsizetype cost = 1 + qsizetype{pixels.width()} * pixels.height() / 256;
     store.painted.insert(key, pixmap.release(), cost);
     return result;
