@@ -73,8 +73,9 @@ public:
         static char name[] = "host_test";
         static char* arguments[] = {name, nullptr};
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        static QApplication application(count, arguments);
-        return application;
+        // Never destroyed: what it shares with libkivo.so goes in an order of its own at the exit.
+        static auto* const application = new QApplication(count, arguments);
+        return *application;
     }
 
 protected:
