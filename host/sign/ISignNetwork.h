@@ -21,6 +21,7 @@ struct SignAccount {
 enum class SignConnection {
     LocalOnly, // Nobody is signed in; the sign shows on the own line alone.
     Connecting,
+    PasswordNeeded, // The keyring has none, or none could be asked; GivePassword.
     Online,
     Waiting,               // Tries again in `seconds`.
     Refused,               // The server doesn't take name or password. No further try by itself.
@@ -70,8 +71,18 @@ public:
     // One listener, borrowed; null: none. It hears the state and all contacts again.
     virtual void SetListener(ISignNetworkListener* listener) = 0;
 
+    // The password comes from the store that the network was made with; another account ends the
+    // one before.
     virtual void SignIn(const SignAccount& account) = 0;
     virtual void SignOut() = 0;
+
+    // Answers PasswordNeeded, and Refused with another try. `keep` writes it to the store once the
+    // server has taken it; else it is kept in memory until SignOut.
+    virtual void GivePassword(const std::string& password, bool keep) = 0;
+
+    // Whether the user's signs leave this machine at all, and whether with their addresses. Off at
+    // first: nothing leaves.
+    virtual void SetPublishing(bool publish, bool withAddress) = 0;
 
     // Never refuses: what can't be sent now goes out when it can. The last one wins.
     virtual void SetSign(const String& kind, const String& title, const Property& sign) = 0;

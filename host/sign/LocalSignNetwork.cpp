@@ -37,6 +37,8 @@ String LocalSignNetwork::GetOwnId() const
 
 void LocalSignNetwork::SignIn(const SignAccount& /*account*/) {}
 void LocalSignNetwork::SignOut() {}
+void LocalSignNetwork::GivePassword(const std::string& /*password*/, bool /*keep*/) {}
+void LocalSignNetwork::SetPublishing(bool /*publish*/, bool /*withAddress*/) {}
 void LocalSignNetwork::AddContact(const String& /*id*/) {}
 void LocalSignNetwork::AnswerContact(const String& /*id*/, bool /*yes*/) {}
 void LocalSignNetwork::RemoveContact(const String& /*id*/) {}

@@ -13,6 +13,8 @@ public:
     void SetListener(ISignNetworkListener* listener) override;
     void SignIn(const SignAccount& account) override;
     void SignOut() override;
+    void GivePassword(const std::string& password, bool keep) override;
+    void SetPublishing(bool publish, bool withAddress) override;
     void SetSign(const String& kind, const String& title, const Property& sign) override;
     void RemoveSign() override;
     void AddContact(const String& id) override;
