@@ -91,6 +91,8 @@ public:
     virtual void AddContact(const String& id) = 0;
     virtual void AnswerContact(const String& id, bool yes) = 0;
     virtual void RemoveContact(const String& id) = 0;
+    // What the user calls the contact from now on; empty: nothing. It comes back by OnContact.
+    virtual void RenameContact(const String& id, const String& name) = 0;
     virtual void TrustCertificate(const std::string& fingerprint) = 0;
 
     // The address under which the sign is the user's own; without an account the local name.

@@ -42,6 +42,7 @@ void LocalSignNetwork::SetPublishing(bool /*publish*/, bool /*withAddress*/) {}
 void LocalSignNetwork::AddContact(const String& /*id*/) {}
 void LocalSignNetwork::AnswerContact(const String& /*id*/, bool /*yes*/) {}
 void LocalSignNetwork::RemoveContact(const String& /*id*/) {}
+void LocalSignNetwork::RenameContact(const String& /*id*/, const String& /*name*/) {}
 void LocalSignNetwork::TrustCertificate(const std::string& /*fingerprint*/) {}
 
 } // namespace kivo::host
