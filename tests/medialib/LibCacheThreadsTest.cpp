@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <future>
 #include <string>
 #include <vector>
@@ -29,16 +30,16 @@ TEST(LibCacheThreads, WhoAsksDuringTheLoadWaitsAndHits)
     folder.Write(kLocal, MakeLibrary(5'000));
     CLibCache cache;
     cache.Initialize(folder.GetPath());
-    std::vector<std::future<bool>> askers;
-    for (int i = 0; i < 3; ++i)
-        askers.push_back(std::async(std::launch::async, [&cache] {
+    std::array<std::future<bool>, 3> askers;
+    for (std::future<bool>& asker : askers)
+        asker = std::async(std::launch::async, [&cache] {
             MediaInfo info;
             return cache.GetMediaInfo(u"/music/4999.mp3", info) &&
                    cache.SetMediaInfo(u"/music/4999.mp3",
                                       {
                                           {kInfoArtist, u"A"}
             });
-        }));
+        });
     for (auto& asker : askers)
         EXPECT_TRUE(asker.get());
     MediaInfo info;

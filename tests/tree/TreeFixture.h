@@ -115,6 +115,7 @@ public:
     [[nodiscard]] std::vector<String> GroupIds() const
     {
         std::vector<String> ids;
+        ids.reserve(static_cast<std::size_t>(tree_->GetRoot()->GetChildCount()));
         for (int i = 0; i < tree_->GetRoot()->GetChildCount(); ++i)
             ids.push_back(tree_->GetRoot()->GetChild(i)->GetID());
         return ids;
@@ -123,6 +124,7 @@ public:
     {
         std::vector<String> paths;
         const CMediaTreeCategory& group = Group(id);
+        paths.reserve(static_cast<std::size_t>(group.GetChildCount()));
         for (int i = 0; i < group.GetChildCount(); ++i)
             paths.push_back(group.GetPath(group.GetChild(i)->GetID()));
         return paths;

@@ -78,7 +78,8 @@ TEST_F(TreeMenusTest, OfTracks)
 
 TEST_F(TreeMenusTest, TargetsAreTheEditableGroupsOfTheMenuBuiltLast)
 {
-    const Released<ui::IMenu> first(MakeTrackMenu(ui::MenuDelegate(), u"mine", false));
+    const Released<ui::IMenu> first(
+        MakeTrackMenu(ui::MenuDelegate(), u"mine", /*offersPause=*/false));
     EXPECT_EQ(GroupFromCommand(kCommandMoveTo, kCommandMoveTo), u"playing");
     EXPECT_EQ(GroupFromCommand(kCommandCopyTo + 1, kCommandCopyTo), user_);
     EXPECT_EQ(GroupFromCommand(kCommandCopyTo + 2, kCommandCopyTo), u"");

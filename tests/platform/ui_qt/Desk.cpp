@@ -297,7 +297,7 @@ DeskPage::DeskPage(int width, int height)
     list->RegisterControl(tree_);
     tree_->SetAnchorStyle(anchor::kFill);
     tree_->CSkinList::Create(form_.get());
-    tree_->AppendTree(new DeskRow(*tree_, u"", /*group=*/true), false);
+    tree_->AppendTree(new DeskRow(*tree_, u"", /*group=*/true), /*show=*/false);
     tree_->SetCanDrag(1);
     tree_->SetCanDrop(1);
     AddPanel(*splitter->GetPane(1), u"LyricPanel");
@@ -340,7 +340,7 @@ void Settle()
 QImage Grab(QWidget& widget, const std::string& name)
 {
     Settle();
-    const QImage image = widget.grab().toImage();
+    QImage image = widget.grab().toImage();
     const QString folder = qEnvironmentVariable("KIVO_PICTURES");
     if (!folder.isEmpty())
         image.save(QDir(folder).filePath(QString::fromStdString(name) + QLatin1String(".png")));

@@ -144,7 +144,7 @@ TEST(ModalForm, GrowsWithTheFontAndCutsNothing)
 // A volume form as the player has one.
 class Volume final : public CSkinForm {
 public:
-    Volume(CWnd& parent)
+    explicit Volume(CWnd& parent)
     {
         SetObjectID(u"VolForm");
         Create(0x80CF0000U, u"Form", u"KivoMediaVolumeCtrl", Rect{}, &parent, 0);
@@ -305,7 +305,7 @@ TEST(Tooltip, KeepsMarkupAsTextAndItsWidth)
 }
 
 struct FilterCase {
-    const char16_t* filter;
+    const char16_t* filter = nullptr;
     QStringList shown;
 };
 

@@ -36,8 +36,8 @@ protected:
         for (const char16_t* id : {u"b1", u"b2"})
             DeskTree::AddTrack(*groups[1], id);
         DeskTree::AddTrack(*groups[2], u"c1");
-        groups[0]->Expand(&tree, 0, true);
-        groups[1]->Expand(&tree, 4, true);
+        groups[0]->Expand(&tree, 0, /*expanded=*/true);
+        groups[1]->Expand(&tree, 4, /*expanded=*/true);
         tree.EndUpdate(1);
         page.GetWindow()->activateWindow();
         GetView().setFocus();
@@ -81,6 +81,7 @@ protected:
     }
     QLineEdit* GetEditor() { return GetView().viewport()->findChild<QLineEdit*>(); }
 
+public:
     const Desk desk;
     DeskPage page;
     std::vector<DeskRow*> groups;
@@ -91,7 +92,7 @@ TEST_F(RowViewTest, ShowsWhatTheRowsSay)
     EXPECT_EQ(GetTree().GetShown(), (Texts{u"A", u"a1", u"a2", u"a3", u"B", u"b1", u"b2", u"C"}));
     GetTree().RemoveTreeItem(static_cast<CSkinTreeItem*>(RowNamed(u"a2")));
     DeskTree::AddTrack(*groups[1], u"b3");
-    groups[2]->Expand(&GetTree(), 0, true);
+    groups[2]->Expand(&GetTree(), 0, /*expanded=*/true);
     EXPECT_EQ(GetTree().GetShown(),
               (Texts{u"A", u"a1", u"a3", u"B", u"b1", u"b2", u"b3", u"C", u"c1"}));
 }
@@ -139,7 +140,7 @@ TEST_F(RowViewTest, FoldsByPictureKeysAndCodeAndKeepsNothingHiddenSelected)
     EXPECT_TRUE(groups[0]->IsExpanded());
     QTest::keyClick(&GetView(), Qt::Key_Left);
     EXPECT_FALSE(groups[0]->IsExpanded());
-    groups[0]->Expand(&GetTree(), 0, true);
+    groups[0]->Expand(&GetTree(), 0, /*expanded=*/true);
     EXPECT_TRUE(GetView().isExpanded(GetView().GetModel().IndexOf(groups[0])));
 }
 
@@ -246,9 +247,9 @@ void InMenu(const std::function<void(QMenu&)>& act)
 TEST_F(RowViewTest, AsksForTheMenuThatFits)
 {
     struct Asked {
-        const char* name;
+        const char* name = nullptr;
         QPoint place;
-        const char* entry;
+        const char* entry = nullptr;
     };
     const Asked cases[] = {
         {"OneRow",   PlaceOf(u"a2"),                      "Play a2"},

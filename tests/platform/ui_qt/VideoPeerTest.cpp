@@ -68,6 +68,7 @@ protected:
         return picture.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
     }
 
+public:
     const Desk desk;
     CSkinForm form;
     TwoColours surface;
