@@ -189,6 +189,12 @@ std::vector<CSkinListItem*> CSkinList::GetAllSelectedItem() const
     return selected;
 }
 
+void CSkinList::SetSingleSelection(int on)
+{
+    singleSelection_ = on != 0;
+    Tell(Change::Rows);
+}
+
 void CSkinList::ClearAllSelected()
 {
     BeginUpdate();
@@ -199,6 +205,8 @@ void CSkinList::ClearAllSelected()
 
 void CSkinList::SelectAll()
 {
+    if (singleSelection_)
+        return;
     BeginUpdate();
     VisitRows([this](CSkinListItem* row) {
         row->SetSelected(IsSelectedWithAll(row) ? 1 : 0);
@@ -291,6 +299,12 @@ void CSkinList::Envisible(CSkinListItem* row)
         peer->ScrollTo(row);
 }
 
+void CSkinList::SetUniformRows(int on)
+{
+    uniformRows_ = on != 0;
+    Tell(Change::Rows);
+}
+
 void CSkinList::SetTooltipMaxWidth(int width)
 {
     tooltipMaxWidth_ = width;
@@ -338,6 +352,12 @@ void CSkinList::SendRowEvent(CSkinListItem* row, RowEvent event, const String& t
 void CSkinList::OnDoubleClick(CSkinListItem* row)
 {
     SendRowEvent(row, RowEvent::DoubleClick, String());
+}
+
+void CSkinList::OnButtonCell(CSkinListItem* row)
+{
+    if (row != nullptr)
+        row->OnButtonCell();
 }
 
 void CSkinList::OnKey(ListKey key)

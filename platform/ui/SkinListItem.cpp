@@ -254,6 +254,23 @@ int CSkinListItem::GetIndent() const
     return 0;
 }
 
+int CSkinListItem::GetWantedHeight(int /*lineHeight*/) const
+{
+    return 0;
+}
+
+String CSkinListItem::GetSpokenText()
+{
+    String text = GetViewText(u"text");
+    const String length = GetViewText(u"length");
+    return length.empty() ? text : text + u", " + length;
+}
+
+String CSkinListItem::GetButtonCell() const
+{
+    return {};
+}
+
 const std::vector<CSkinCell>& CSkinListItem::LayOutForView(Size size)
 {
     LookFromView();
@@ -370,5 +387,17 @@ bool CSkinListItem::OnEditEnd(const String& /*oldText*/, const String& /*newText
 }
 
 void CSkinListItem::OnRenameKey() {}
+
+void CSkinListItem::OnButtonCell() {}
+
+int CSkinListItem::CanBeSelected()
+{
+    return 1;
+}
+
+int CSkinListItem::CanBeEdited()
+{
+    return 0;
+}
 
 } // namespace kivo::ui

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QStyleOption>
 
 #include <algorithm>
 
@@ -24,6 +25,8 @@ constexpr int kFormSide = 18;
 constexpr int kTabPicture = 18;
 constexpr int kTabGap = 8;
 constexpr int kFormHeight = 32;
+constexpr int kBoxGap = 8;
+constexpr int kCheckHeight = 28;
 constexpr qreal kRing = 2.0;
 constexpr qreal kLongestWord = 0.4; // Of the strip that the button stands in.
 
@@ -56,6 +59,7 @@ FlatButton::Kind FlatButton::KindOf(StringView skinClass)
         {u"default", Kind::Default},
         {u"link",    Kind::Link   },
         {u"tab",     Kind::Tab    },
+        {u"check",   Kind::Check  },
     };
     for (const Named& named : kKinds)
         if (named.name == skinClass)
@@ -66,6 +70,7 @@ FlatButton::Kind FlatButton::KindOf(StringView skinClass)
 void FlatButton::SetKind(Kind kind)
 {
     kind_ = kind;
+    setCheckable(kind == Kind::Check); // A screen reader then calls it a check box.
     updateGeometry();
     update();
 }
@@ -89,6 +94,7 @@ void FlatButton::SetWord(const QString& text)
 void FlatButton::SetOpen(bool open)
 {
     open_ = open;
+    setChecked(open); // Nothing where there is no box.
     update();
 }
 
@@ -118,6 +124,10 @@ QSize FlatButton::sizeHint() const
     case Kind::Tab: // As wide as it is when chosen, so that no choice moves the others.
         return {kTabPicture + (word_.isEmpty() ? 0 : kTabGap + bold.horizontalAdvance(word_) + 1),
                 std::max(kSquare, grown)};
+    case Kind::Check:
+        return {style()->pixelMetric(QStyle::PM_IndicatorWidth) + kBoxGap +
+                    QFontMetrics(font()).horizontalAdvance(word_) + 1,
+                std::max(kCheckHeight, QFontMetrics(font()).height() + 8)};
     default: return {kSquare, kSquare};
     }
 }
@@ -133,6 +143,7 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/)
     case Kind::Default: PaintForm(painter); break;
     case Kind::Link: PaintLink(painter); break;
     case Kind::Tab: PaintTab(painter); break;
+    case Kind::Check: PaintCheck(painter); break;
     default: PaintFlat(painter); break;
     }
 }
@@ -151,6 +162,9 @@ bool FlatButton::hitButton(const QPoint& point) const
 {
     return GetPlace().contains(point);
 }
+
+// Whether it is ticked is its control's to say.
+void FlatButton::nextCheckState() {}
 
 void FlatButton::enterEvent(QEnterEvent* event)
 {
@@ -315,6 +329,27 @@ void FlatButton::PaintTab(QPainter& painter) const
                  /*elided=*/true);
     if (ShowsRing())
         DrawFrame(painter, body, radius::kButton, GetToken(u"mark"), kRing);
+}
+
+void FlatButton::PaintCheck(QPainter& painter) const
+{
+    const QRect place = GetPlace();
+    const int side = style()->pixelMetric(QStyle::PM_IndicatorWidth);
+    QStyleOption box;
+    box.initFrom(this);
+    box.rect =
+        QStyle::visualRect(layoutDirection(),
+                           place,
+                           QRect(place.x(), place.y() + (place.height() - side) / 2, side, side));
+    box.state.setFlag(QStyle::State_On, isChecked());
+    style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, this);
+    painter.setFont(font());
+    painter.setPen(GetToken(isEnabled() ? u"text" : u"off"));
+    const QRect text =
+        QStyle::visualRect(layoutDirection(), place, place.adjusted(side + kBoxGap, 0, 0, 0));
+    DrawLine(painter, text, word_, TextSide::Leading, /*elided=*/true);
+    if (ShowsRing())
+        DrawFrame(painter, rect().adjusted(0, 1, 0, -1), radius::kButton, GetToken(u"mark"), kRing);
 }
 
 } // namespace kivo::ui::qt

@@ -9,15 +9,15 @@ namespace kivo::ui::qt {
 
 // The buttons of the skin, by their class: "" a picture on a square that is washed under the
 // pointer, "big" the honey cell, "word" picture and text, "plain" and "default" the buttons of a
-// form, "link" a text in ink. Around its place it keeps kReach pixels for the focus ring.
-// Thread: user interface.
+// form, "link" a text in ink, "check" a box with a text. Around its place it keeps kReach pixels
+// for the focus ring. Thread: user interface.
 class KIVO_API FlatButton : public QPushButton {
     Q_OBJECT
 
 public:
     static constexpr int kReach = 4;
 
-    enum class Kind { Flat, Big, Word, Plain, Default, Link, Tab };
+    enum class Kind { Flat, Big, Word, Plain, Default, Link, Tab, Check };
 
     explicit FlatButton(QWidget* parent);
 
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] static Kind KindOf(StringView skinClass);
     void SetPictureFile(const String& file);
     void SetWord(const QString& text); // Plain text.
-    // The button of an open pane keeps the wash of a pressed one.
+    // The button of an open pane keeps the wash of a pressed one; a box is ticked.
     void SetOpen(bool open);
     void SetLabelFont(const QFont& font);
 
@@ -36,6 +36,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool hitButton(const QPoint& point) const override;
+    void nextCheckState() override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
@@ -51,6 +52,7 @@ private:
     void PaintForm(QPainter& painter) const;
     void PaintLink(QPainter& painter) const;
     void PaintTab(QPainter& painter) const;
+    void PaintCheck(QPainter& painter) const;
 
     Kind kind_ = Kind::Flat;
     String picture_;

@@ -119,7 +119,7 @@ protected:
     void ApplyOwn(Change change) override
     {
         switch (change) {
-        case Change::Rows: widget_->ApplyDragDrop(); break;
+        case Change::Rows: widget_->ApplyRules(); break;
         case Change::Skin:
         case Change::Look:
         case Change::Font: widget_->ApplySkin(); break;

@@ -80,8 +80,8 @@ public:
         if (control_ == nullptr)
             return {};
         const QFontMetrics metrics(GetLook().font);
-        if (control_->IsMultiLine())
-            return {GetPictureRoom() + 1, 2 * metrics.lineSpacing()}; // Any width does.
+        if (control_->IsMultiLine()) // Any width does; the height is that of the present one.
+            return {GetPictureRoom() + 1, MeasureParagraph(metrics)};
         const QString text = ToLine(ToScreen(control_->GetText()));
         return {metrics.horizontalAdvance(text) + 1 + GetPictureRoom(), metrics.height()};
     }
@@ -114,6 +114,17 @@ protected:
 private:
     static constexpr int kPictureGap = 8;
 
+    static constexpr int kLeastWidth = 60; // Below it no layout has given a width yet.
+
+    [[nodiscard]] int MeasureParagraph(const QFontMetrics& metrics) const
+    {
+        const int room = width() - GetPictureRoom();
+        if (room < kLeastWidth)
+            return 2 * metrics.lineSpacing();
+        const QRect place(0, 0, room, QWIDGETSIZE_MAX);
+        const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+        return metrics.boundingRect(place, flags, ToScreen(control_->GetText())).height();
+    }
     [[nodiscard]] TextLook GetLook() const
     {
         return GetTextLook(

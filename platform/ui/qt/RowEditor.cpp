@@ -41,10 +41,11 @@ RowDelegate::RowDelegate(RowView& view)
 {
 }
 
-QSize RowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
-                            const QModelIndex& /*index*/) const
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/, const QModelIndex& index) const
 {
-    return {1, GetRowHeight()};
+    const CSkinListItem* row = view_.uniformRowHeights() ? nullptr : view_.GetModel().RowOf(index);
+    const int wanted = row == nullptr ? 0 : row->GetWantedHeight(GetLineHeight());
+    return {1, wanted > 0 ? wanted : GetRowHeight()};
 }
 
 QWidget* RowDelegate::createEditor(QWidget* parent,
@@ -90,7 +91,7 @@ void RowDelegate::updateEditorGeometry(QWidget* editor,
     editor->setFont(font);
     const int height = std::max(kEditorHeight, QFontMetrics(font).height() + 6);
     editor->setGeometry(cell.x() - RowEditor::kTextStart,
-                        place.y() + (place.height() - height) / 2,
+                        cell.y() + (cell.height() - height) / 2,
                         cell.width() + 2 * RowEditor::kTextStart,
                         height);
 }

@@ -428,13 +428,7 @@ QVariant RowModel::data(const QModelIndex& index, int role) const
     CSkinListItem* row = RowOf(index);
     if (row == nullptr)
         return {};
-    QString text = ToScreen(row->GetViewText(u"text"));
-    if (role == Qt::AccessibleTextRole) {
-        const QString length = ToScreen(row->GetViewText(u"length"));
-        if (!length.isEmpty())
-            text += QLatin1String(", ") + length;
-    }
-    return text;
+    return ToScreen(role == Qt::DisplayRole ? row->GetViewText(u"text") : row->GetSpokenText());
 }
 
 QVariant RowModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -449,12 +443,11 @@ Qt::ItemFlags RowModel::flags(const QModelIndex& index) const
     CSkinListItem* row = RowOf(index);
     if (row == nullptr)
         return Qt::NoItemFlags;
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
-    if (tree_ == nullptr)
-        return flags | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    auto* item = static_cast<CSkinTreeItem*>(row);
-    flags.setFlag(Qt::ItemIsSelectable, item->CanBeSelected() != 0);
-    flags.setFlag(Qt::ItemIsEditable, item->CanBeEdited() != 0);
+    Qt::ItemFlags flags = Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
+    const bool isSelectable = row->CanBeSelected() != 0;
+    flags.setFlag(Qt::ItemIsEnabled, tree_ != nullptr || isSelectable);
+    flags.setFlag(Qt::ItemIsSelectable, isSelectable);
+    flags.setFlag(Qt::ItemIsEditable, row->CanBeEdited() != 0);
     flags.setFlag(Qt::ItemNeverHasChildren, NodeAt(index) == nullptr);
     return flags;
 }

@@ -21,6 +21,7 @@ namespace {
 constexpr int kRowHeight = 28;
 constexpr int kSelectionEdge = 3;
 constexpr int kGonePicture = 12;
+constexpr int kButtonSide = 32;
 constexpr int kTrailing = 15; // What a row leaves free at its end.
 constexpr int kTextGap = 6;   // Between a text and a strip that has grown into it.
 constexpr char16_t kLengthCell[] = u"length";
@@ -174,11 +175,34 @@ void PaintSelectionEdge(QPainter& painter, const QRect& place)
     painter.fillRect(QRect(x, place.top(), kSelectionEdge, place.height()), GetToken(u"mark"));
 }
 
+bool IsButton(const PlacedCell& placed, const CSkinListItem& row)
+{
+    const CellLook& look = placed.cell->GetLook();
+    return look.isPhoto && look.id == row.GetButtonCell();
+}
+
+// The wash of a row's button: that of the other flat ones, and a hint of it in a selected row.
+void PaintButtonWash(QPainter& painter, const QRect& cell, const RowState& state, bool isSelected)
+{
+    if (!isSelected && !state.isButtonHovered && !state.isButtonDown)
+        return;
+    const int side = std::min({kButtonSide, cell.width(), cell.height()});
+    QRect square(0, 0, side, side);
+    square.moveCenter(cell.center());
+    FillRounded(
+        painter, square, radius::kButton, GetToken(state.isButtonDown ? u"press" : u"hover"));
+}
+
 } // namespace
+
+int GetLineHeight()
+{
+    return QFontMetrics(GetScaledFont(1.0, 0)).height();
+}
 
 int GetRowHeight()
 {
-    return std::max(kRowHeight, QFontMetrics(GetScaledFont(1.0, 0)).height() + 10);
+    return std::max(kRowHeight, GetLineHeight() + 10);
 }
 
 void PaintRow(QPainter& painter,
@@ -198,6 +222,11 @@ void PaintRow(QPainter& painter,
         soft = GetToken(u"onhoney");
     for (PlacedCell& placed : cells) {
         if (placed.cell->GetLook().isPhoto) {
+            if (IsButton(placed, row)) {
+                PaintButtonWash(painter, placed.place, state, row.IsSelected());
+                PaintPicture(painter, placed.place, placed.cell->GetLook().picture);
+                continue;
+            }
             PaintPhoto(painter, placed);
             continue;
         }
@@ -235,11 +264,22 @@ bool FindTextCell(const QRect& place,
     return false;
 }
 
+QRect FindButton(const QRect& place, const CSkinList& list, CSkinListItem& row)
+{
+    if (row.GetButtonCell().empty())
+        return {};
+    for (const PlacedCell& placed : LayOut(place, list, row))
+        if (IsButton(placed, row))
+            return placed.place;
+    return {};
+}
+
 std::u16string
 CellUnder(const QRect& place, const CSkinList& list, CSkinListItem& row, const QPoint& point)
 {
     for (const PlacedCell& placed : LayOut(place, list, row))
-        if (placed.place.contains(point) && !placed.cell->GetLook().isPhoto)
+        if (placed.place.contains(point) &&
+            (!placed.cell->GetLook().isPhoto || IsButton(placed, row)))
             return placed.cell->GetLook().id;
     return u"text";
 }

@@ -17,6 +17,8 @@ struct RowState {
     bool isHovered = false;
     bool isFocused = false; // It has the keyboard, and the user is at the keys.
     bool isGroup = false;
+    bool isButtonHovered = false;
+    bool isButtonDown = false;
 };
 
 // Paints one row into its place in the view. Thread: user interface.
@@ -34,10 +36,14 @@ void PaintRow(QPainter& painter,
                                 QRect& cell,
                                 QFont& font);
 
-// The id of the cell under a point of the view; "text" where there is none.
+// Where the photo of the row stands that is a button; empty: there is none.
+[[nodiscard]] QRect FindButton(const QRect& place, const CSkinList& list, CSkinListItem& row);
+
+// The id of the text cell or button under a point of the view; "text" where there is none.
 [[nodiscard]] std::u16string
 CellUnder(const QRect& place, const CSkinList& list, CSkinListItem& row, const QPoint& point);
 
 [[nodiscard]] int GetRowHeight();
+[[nodiscard]] int GetLineHeight(); // Of the desktop's font.
 
 } // namespace kivo::ui::qt

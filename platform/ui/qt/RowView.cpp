@@ -46,13 +46,11 @@ RowView::RowView(CSkinList& list, CSkinTree* tree, QWidget* parent)
     header()->setSectionResizeMode(QHeaderView::Fixed);
     header()->setStretchLastSection(true);
     header()->setMinimumSectionSize(1);
-    setUniformRowHeights(true);
     setIndentation(0);
     setRootIsDecorated(false);
     setAnimated(false);
     setExpandsOnDoubleClick(false);
     setFrameShape(QFrame::NoFrame);
-    setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -65,7 +63,7 @@ RowView::RowView(CSkinList& list, CSkinTree* tree, QWidget* parent)
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
         ReportFold(index, /*expanded=*/false);
     });
-    ApplyDragDrop();
+    ApplyRules();
     ApplySkin();
 }
 
@@ -81,8 +79,12 @@ void RowView::Detach()
     EndEcho();
 }
 
-void RowView::ApplyDragDrop()
+void RowView::ApplyRules()
 {
+    if (list_ != nullptr) {
+        setSelectionMode(list_->IsSingleSelection() ? SingleSelection : ExtendedSelection);
+        setUniformRowHeights(list_->HasUniformRows());
+    }
     const bool drag = list_ != nullptr && list_->CanDrag();
     const bool drop = list_ != nullptr && list_->CanDrop();
     setDragEnabled(drag);
@@ -244,6 +246,8 @@ void RowView::drawRow(QPainter* painter,
     state.isHovered = hovered_.isValid() && hovered_ == index;
     state.isFocused = hasFocus() && InputWatch::IsAtKeys() && currentIndex() == index;
     state.isGroup = model_->hasChildren(index);
+    state.isButtonHovered = state.isHovered && buttonHovered_;
+    state.isButtonDown = state.isButtonHovered && pressedButton_ == index;
     const QRect place(0, option.rect.y(), viewport()->width(), option.rect.height());
     PaintRow(*painter, place, *list_, *row, state);
 }
@@ -278,12 +282,26 @@ bool RowView::IsOnFold(const QModelIndex& index, const QPoint& point) const
     return x < kFoldWidth;
 }
 
-void RowView::SetHovered(const QModelIndex& index)
+bool RowView::IsOnButton(const QModelIndex& index, const QPoint& point) const
 {
-    if (hovered_ == index)
+    CSkinListItem* row = model_->RowOf(index);
+    return row != nullptr && FindButton(GetRowRect(index), *list_, *row).contains(point);
+}
+
+void RowView::PressButton(const QModelIndex& index)
+{
+    pressedButton_ = index;
+    buttonHovered_ = true;
+    viewport()->update(GetRowRect(index));
+}
+
+void RowView::SetHovered(const QModelIndex& index, bool isOnButton)
+{
+    if (hovered_ == index && buttonHovered_ == isOnButton)
         return;
     const QModelIndex before = hovered_;
     hovered_ = index;
+    buttonHovered_ = isOnButton;
     for (const QModelIndex& each : {before, index})
         if (each.isValid())
             viewport()->update(GetRowRect(each));
@@ -297,7 +315,7 @@ bool RowView::viewportEvent(QEvent* event)
         ShowRowTooltip(help->pos(), help->globalPos());
         return true;
     }
-    case QEvent::Leave: SetHovered(QModelIndex()); break;
+    case QEvent::Leave: SetHovered(QModelIndex(), /*isOnButton=*/false); break;
     default: break;
     }
     return QTreeView::viewportEvent(event);
@@ -321,6 +339,11 @@ void RowView::mousePressEvent(QMouseEvent* event)
         return;
     const QPoint point = event->position().toPoint();
     const QModelIndex index = RowAt(point);
+    if (event->button() == Qt::LeftButton && IsOnButton(index, point)) {
+        event->accept();
+        PressButton(index);
+        return;
+    }
     if (event->button() == Qt::LeftButton) {
         const QPersistentModelIndex hit = index;
         const QPointer<RowView> alive = this;
@@ -341,8 +364,24 @@ void RowView::mousePressEvent(QMouseEvent* event)
 
 void RowView::mouseMoveEvent(QMouseEvent* event)
 {
-    SetHovered(RowAt(event->position().toPoint()));
-    QTreeView::mouseMoveEvent(event);
+    const QPoint point = event->position().toPoint();
+    const QModelIndex index = RowAt(point);
+    SetHovered(index, IsOnButton(index, point));
+    if (!pressedButton_.isValid())
+        QTreeView::mouseMoveEvent(event);
+}
+
+void RowView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!pressedButton_.isValid() || event->button() != Qt::LeftButton) {
+        QTreeView::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    const QModelIndex pressed = std::exchange(pressedButton_, QPersistentModelIndex());
+    viewport()->update(GetRowRect(pressed));
+    if (list_ != nullptr && IsOnButton(pressed, event->position().toPoint()))
+        list_->OnButtonCell(model_->RowOf(pressed));
 }
 
 // Qt's own would fold the row and select once more.
@@ -355,6 +394,10 @@ void RowView::mouseDoubleClickEvent(QMouseEvent* event)
     const QModelIndex index = RowAt(point);
     if (IsOnFold(index, point)) {
         setExpanded(index, !isExpanded(index)); // Two quick presses fold and unfold.
+        return;
+    }
+    if (IsOnButton(index, point)) {
+        PressButton(index); // Two quick presses press it twice.
         return;
     }
     if (CSkinListItem* row = model_->RowOf(index))

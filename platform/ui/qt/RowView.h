@@ -29,7 +29,7 @@ public:
     [[nodiscard]] CSkinList* GetList() const { return list_; }
     [[nodiscard]] RowModel& GetModel() { return *model_; }
     [[nodiscard]] RowSelection& GetSelection() { return *selection_; }
-    void ApplyDragDrop();
+    void ApplyRules(); // Of selection, row heights, drag and drop.
     void ApplySkin();
 
     // Between the two what the view reports is an echo and goes nowhere. They nest.
@@ -64,6 +64,7 @@ protected:
     bool viewportEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -84,9 +85,11 @@ protected:
 private:
     [[nodiscard]] QModelIndex RowAt(const QPoint& point) const; // Over the whole width.
     [[nodiscard]] bool IsOnFold(const QModelIndex& index, const QPoint& point) const;
+    [[nodiscard]] bool IsOnButton(const QModelIndex& index, const QPoint& point) const;
+    void PressButton(const QModelIndex& index);
     void ReportFold(const QModelIndex& index, bool expanded);
     void ReportSelection(const QItemSelection& selection, bool selected);
-    void SetHovered(const QModelIndex& index);
+    void SetHovered(const QModelIndex& index, bool isOnButton);
     void ShowRowTooltip(const QPoint& point, const QPoint& screenPoint);
     bool TakesKey(QKeyEvent& event);
     void ShowDropAt(const QModelIndex& index, bool show, bool own);
@@ -98,6 +101,7 @@ private:
     RowModel* model_;
     RowSelection* selection_;
     QPersistentModelIndex hovered_;
+    QPersistentModelIndex pressedButton_; // Whose button the left mouse button holds down.
     QPersistentModelIndex top_; // The row at the top before the changes, and where it stood.
     QPersistentModelIndex dropRow_;
     QPointer<RowEditor> editor_;
@@ -106,6 +110,7 @@ private:
     String editedCell_;
     int topOffset_ = 0;
     int echo_ = 0;
+    bool buttonHovered_ = false; // In the row under the pointer.
     bool topKept_ = false;
     bool committed_ = false;
     bool dropShown_ = false;

@@ -59,6 +59,9 @@ public:
 
     [[nodiscard]] int GetSelectedCount() const { return selectedCount_; } // O(1).
     [[nodiscard]] std::vector<CSkinListItem*> GetAllSelectedItem() const; // In screen order.
+    // 1: at most one row is selected. 0, at first: as many as the user likes.
+    void SetSingleSelection(int on);
+    [[nodiscard]] bool IsSingleSelection() const { return singleSelection_; }
     void ClearAllSelected();
     void SelectAll(); // Rows that show, of the kind of the current row in a tree.
     [[nodiscard]] bool IsSelectedCannotMultiSelItem() const; // A selected row isn't
@@ -80,6 +83,11 @@ public:
     // The editor closed: a commit of another text than it opened with reaches OnEditEnd, cut to the
     // limit and never in the middle of a surrogate pair.
     void OnEditFinished(const String& text, bool committed);
+
+    // 0: each row has the height that it wants. 1, at first: all have the usual one, which is what
+    // lists of many thousands need.
+    void SetUniformRows(int on);
+    [[nodiscard]] bool HasUniformRows() const { return uniformRows_; }
 
     virtual void Envisible(CSkinListItem* row); // Scrolls to it, unfolding what is above it.
     void SetTooltipMaxWidth(int width);         // Pixels.
@@ -116,6 +124,7 @@ public:
     // Reports of the peer. Each may destroy rows; those that send a row event may destroy the list.
     bool OnPress(CSkinListItem* hit, Point point, bool shift); // False: swallow the click.
     void OnDoubleClick(CSkinListItem* row);
+    void OnButtonCell(CSkinListItem* row);                       // Its button was pressed.
     void OnKey(ListKey key);                                     // On the current row.
     void OnContextMenu(CSkinListItem* row, int x, int y);        // (-1, -1): asked for by a key.
     void OnSelectionReported(CSkinListItem* row, bool selected); // Tells the peer nothing.
@@ -171,6 +180,8 @@ private:
     int keyState_ = 0;
     bool pressTaken_ = false;
     bool pressing_ = false;
+    bool singleSelection_ = false;
+    bool uniformRows_ = true;
     bool canDrag_ = false;
     bool canDrop_ = false;
     bool dragInProgress_ = false;

@@ -74,6 +74,14 @@ public:
     // The row's bounds become (0, 0, width, height).
     [[nodiscard]] const std::vector<CSkinCell>& LayOutForView(Size size);
     [[nodiscard]] virtual int GetIndent() const; // Pixels in front of the margins. The base: 0.
+    // Its height where a line of the desktop's font has `lineHeight` pixels; 0: the usual one.
+    // Asked for in a list whose rows are not uniform. The base: 0.
+    [[nodiscard]] virtual int GetWantedHeight(int lineHeight) const;
+    // What a screen reader says. The base: the cells "text" and "length".
+    [[nodiscard]] virtual String GetSpokenText();
+    // The photo that is a button, by its cell's id; empty: none. A click on it calls OnButtonCell
+    // and neither selects the row nor counts as a double click. The base: none.
+    [[nodiscard]] virtual String GetButtonCell() const;
 
     void MarkDue();  // Drops the cells; they are made at the next look.
     void BuildNow(); // Makes the cells, whatever they were, and has the row painted anew.
@@ -110,7 +118,11 @@ public:
     virtual bool OnEditEnd(const String& oldText, const String& newText); // True: accepted.
     virtual IMenu* GetRowMenu(const MenuDelegate& delegate) = 0; // The caller's; null: none.
     virtual void OnRowCommand(IMenu* entry) = 0;
-    virtual void OnRenameKey(); // F2 on the row. The base does nothing.
+    virtual void OnRenameKey();  // F2 on the row. The base does nothing.
+    virtual void OnButtonCell(); // May destroy the row. The base does nothing.
+    // 1: the user may select it. In a plain list the keys pass over a row that says 0. The base: 1.
+    virtual int CanBeSelected();
+    virtual int CanBeEdited(); // 1: its text may be edited in place. The base: 0.
 
 protected:
     virtual void MakeCells();     // For a row that marks itself due. The base does nothing.

@@ -51,8 +51,8 @@ public:
 
     virtual void OnExpandChanged(CSkinTree* tree, int row, bool expanded) = 0;
     virtual int CompareFunc(CSkinTreeItem* a, CSkinTreeItem* b); // <0, 0, >0. The base: 0.
-    virtual int CanBeSelected() = 0;                             // 1: the user may select it.
-    virtual int CanBeEdited() = 0; // 1: its text may be edited in place.
+    int CanBeSelected() override = 0;                            // 1: the user may select it.
+    int CanBeEdited() override = 0; // 1: its text may be edited in place.
 
 private:
     friend class CSkinTree;
