@@ -199,10 +199,10 @@ protected:
     {
         if (event->type() == QEvent::ToolTip && slider_ != nullptr) {
             const auto* help = static_cast<QHelpEvent*>(event);
-            const String text = IsTime() && !slider_->IsLocked()
-                                    ? FromQt(TimeText(PositionUnder(help->pos())))
-                                    : slider_->GetTooltip();
-            ShowTooltip(help->globalPos(), text, kTipWidth, this);
+            if (IsTime() && !slider_->IsLocked())
+                ShowTimeAt(help->globalPos(), help->pos());
+            else
+                ShowTooltip(help->globalPos(), slider_->GetTooltip(), kTipWidth, this);
             return true;
         }
         return QWidget::event(event);
@@ -220,6 +220,8 @@ protected:
         if (slider_ == nullptr)
             return;
         slider_->OnMouseMove(0, OwnPoint(event->position().toPoint()));
+        if (IsTime() && slider_->IsDragging())
+            ShowTimeAt(event->globalPosition().toPoint(), event->position().toPoint());
     }
     void mouseReleaseEvent(QMouseEvent* event) override
     {
@@ -269,6 +271,10 @@ private:
         if (IsMirrored())
             own.setX(slider_->GetWidth() - own.x());
         return FromQt(own);
+    }
+    void ShowTimeAt(const QPoint& screenPoint, const QPoint& point)
+    {
+        ShowTooltip(screenPoint, FromQt(TimeText(PositionUnder(point))), kTipWidth, this);
     }
     // The position that a press there would give.
     [[nodiscard]] int PositionUnder(const QPoint& point) const
