@@ -9,12 +9,6 @@ namespace {
 
 constexpr int kControlId = 3344;
 
-IMediaPlayer* FindPlayer()
-{
-    auto* manager = CMediaPlayerManager::FindInstance();
-    return manager != nullptr ? manager->GetPlayer(String()) : nullptr;
-}
-
 } // namespace
 
 CLyricWnd::CLyricWnd()
@@ -35,7 +29,7 @@ int CLyricWnd::Create(CWnd* parent)
 void CLyricWnd::SetVisible(int visible)
 {
     CSkinWnd::SetVisible(visible);
-    if (IMediaPlayer* player = FindPlayer())
+    if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer())
         player->Show(visible);
 }
 
@@ -48,7 +42,7 @@ void CLyricWnd::CalculateBounds(const Rect& place)
 {
     CSkinWnd::CalculateBounds(place);
     const Rect bounds = GetBoundsRect();
-    if (IMediaPlayer* player = FindPlayer())
+    if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer())
         player->SetBounds(bounds.left, bounds.top, bounds.right, bounds.bottom);
 }
 

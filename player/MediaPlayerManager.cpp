@@ -27,6 +27,11 @@ CMediaPlayerManager* CMediaPlayerManager::FindInstance()
     return theInstance;
 }
 
+IMediaPlayer* CMediaPlayerManager::FindPlayer(const String& url)
+{
+    return theInstance != nullptr ? theInstance->GetPlayer(url) : nullptr;
+}
+
 CMediaPlayerManager::~CMediaPlayerManager()
 {
     listeners_.clear();

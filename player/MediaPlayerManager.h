@@ -28,6 +28,9 @@ public:
     // asked. Null before the load and after Destroy.
     [[nodiscard]] static CMediaPlayerManager* FindInstance();
 
+    // As GetPlayer of the one manager; null without one.
+    [[nodiscard]] static IMediaPlayer* FindPlayer(const String& url = String());
+
     // Drops the listeners, releases every player, and deletes the manager itself.
     void Destroy();
 

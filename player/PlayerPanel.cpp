@@ -1,17 +1,12 @@
 #include "player/PlayerPanel.h"
 
 #include "medialib/IMediaLibManager.h"
-#include "medialib/KivoMediaHelper.h"
 #include "player/IMediaPlayer.h"
 #include "player/IPage.h"
-#include "player/IPlayingList.h"
 #include "player/MediaPlayerManager.h"
 #include "player/MediaSliderBar.h"
 #include "player/PlayerState.h"
-#include "player/PlayMode.h"
 #include "player/PlayTurn.h"
-#include "player/SetURLTask.h"
-#include "shell/base/Settings.h"
 #include "shell/base/TuneHiveEvent.h"
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/base/Released.h"
@@ -19,10 +14,8 @@
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Paths.h"
 #include "shell/contracts/host/KivoApi.h"
-#include "shell/contracts/ui/SkinForm.h"
+#include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinManager.h"
-
-#include <algorithm>
 
 namespace kivo::tunehive {
 
@@ -35,12 +28,6 @@ constexpr unsigned kBufferingPeriodMs = 100;
 constexpr int kSecondsAtEnd = 3; // How long the control's own report may follow the counted end.
 
 CPlayerPanel* builtPanel = nullptr;
-
-IMediaPlayer* FindPlayer(const String& url = String())
-{
-    auto* manager = CMediaPlayerManager::FindInstance();
-    return manager != nullptr ? manager->GetPlayer(url) : nullptr;
-}
 
 bool IsStreamURL(const String& url)
 {
@@ -138,6 +125,9 @@ int CPlayerPanel::OnBuildControlAfter()
             (this->*field)->SetVisible(0);
     }
 
+    if (auto* button = dynamic_cast<ui::CSkinButton*>(volButton_))
+        button->SetWheelListener(Delegate<int>(this, &CPlayerPanel::TurnVolume));
+
     bar_ = new CMediaSliderBar;
     bar_->SetObjectID(u"ProcessBar");
     controlPanel_->RegisterControl(bar_);
@@ -162,7 +152,7 @@ void CPlayerPanel::AttachPlayer()
 void CPlayerPanel::OnPlayerState(ITuneHive_AsyncCallbackParam* param)
 {
     const Released<ITuneHive_AsyncCallbackParam> owned(param);
-    IMediaPlayer* player = FindPlayer();
+    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
     if (param == nullptr || player == nullptr)
         return;
     const int state = static_cast<ITuneHive_PlayerState*>(param)->state;
@@ -232,6 +222,7 @@ void CPlayerPanel::EnterPaused()
 {
     ShowPlayButton();
     StopSeconds();
+    EndWait();
     paused_ = true;
 }
 
@@ -274,11 +265,21 @@ bool CPlayerPanel::EnterReady(const String& url)
 void CPlayerPanel::EnterStopped()
 {
     endCounter_ = 0;
+    EndWait();
     ShowState(0);
     paused_ = false;
     RemoveSign();
     if (IsBeyond() && !addressSet_)
         ShowPlayButton();
+}
+
+// Stopped or paused in mid-buffering nobody waits any more, though no state will say so.
+void CPlayerPanel::EndWait()
+{
+    if (!IsBeyond() || !bufferingTimer_)
+        return;
+    StopBuffering();
+    ShowState(0);
 }
 
 void CPlayerPanel::OnTimer(HWND /*window*/,
@@ -309,8 +310,8 @@ void CPlayerPanel::OnSecond()
 
 void CPlayerPanel::ShowState(int show, int state)
 {
-    if ((show == 0 && !stateLineShown_) || FindPlayer() == nullptr || controlPanel_ == nullptr ||
-        statePanel_ == nullptr) {
+    if ((show == 0 && !stateLineShown_) || CMediaPlayerManager::FindPlayer() == nullptr ||
+        controlPanel_ == nullptr || statePanel_ == nullptr) {
         return;
     }
     int height = controlPanel_->GetHeight();
@@ -319,7 +320,7 @@ void CPlayerPanel::ShowState(int show, int state)
         String text;
         if (state == static_cast<int>(PlayerState::Buffering)) {
             text = common::FormatNumber(language->GetStringViaID(u"STRID_TUNEHIVE_STATE_BUFFER"),
-                                        FindPlayer()->GetBufferingProgress());
+                                        CMediaPlayerManager::FindPlayer()->GetBufferingProgress());
         } else if (state == static_cast<int>(PlayerState::Transitioning)) {
             text = language->GetStringViaID(u"STRID_TUNEHIVE_STATE_TRANSITIONING");
         } else {
@@ -353,7 +354,7 @@ void CPlayerPanel::StopPlayback(int userStop)
     userStop_ = userStop;
     addressSet_ = false;
     OvertakePendingTask();
-    if (IMediaPlayer* player = FindPlayer())
+    if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer())
         player->Stop();
     StopSeconds();
     ShowState(0);
@@ -397,210 +398,6 @@ void CPlayerPanel::StopBuffering()
     if (bufferingTimer_)
         KillTimer(0, *bufferingTimer_);
     bufferingTimer_.reset();
-}
-
-void CPlayerPanel::OnControlEvent(ui::CSkinObject* sender, void* /*data*/)
-{
-    struct Press {
-        ui::CSkinObject* CPlayerPanel::*button;
-        void (CPlayerPanel::*action)();
-    };
-    static constexpr Press kPresses[] = {
-        {&CPlayerPanel::volButton_,   &CPlayerPanel::ToggleVolForm},
-        {&CPlayerPanel::paneButton_,  &CPlayerPanel::TogglePane   },
-        {&CPlayerPanel::playButton_,  &CPlayerPanel::PressPlay    },
-        {&CPlayerPanel::prevButton_,  &CPlayerPanel::PressPrevious},
-        {&CPlayerPanel::nextButton_,  &CPlayerPanel::PressNext    },
-        {&CPlayerPanel::stopButton_,  &CPlayerPanel::PressStop    },
-        {&CPlayerPanel::pauseButton_, &CPlayerPanel::PressPause   },
-    };
-    if (sender == nullptr)
-        return;
-    if (sender == bar_) {
-        SeekTo(bar_->GetPosition());
-        return;
-    }
-    for (const auto& [button, action] : kPresses) {
-        if (this->*button == sender) {
-            (this->*action)();
-            return;
-        }
-    }
-}
-
-void CPlayerPanel::ToggleVolForm()
-{
-    ui::CSkinForm* form = GetOwnerForm();
-    if (page_ == nullptr || volButton_ == nullptr)
-        return;
-    // Beside the button's edge and under it. Without a form the page has no place on a screen.
-    constexpr int kInset = 6;
-    const Rect button = volButton_->GetRectInForm();
-    const Rect window = form != nullptr ? form->GetWindowRect() : Rect();
-    page_->ShowVolForm(2, window.left + button.left + kInset, window.top + button.bottom);
-}
-
-void CPlayerPanel::TogglePane()
-{
-    if (page_ != nullptr)
-        page_->SetPaneMode(page_->IsPaneVisible() != 0 ? 0 : 1);
-}
-
-void CPlayerPanel::PressPlay()
-{
-    userStop_ = 0;
-    AttachPlayer();
-    IMediaPlayer* player = FindPlayer();
-    if (paused_ && player != nullptr) {
-        player->Play();
-        return;
-    }
-    IPlayingList* list = GetList();
-    if (list == nullptr || list->PlaySelected() != 0)
-        return;
-    String url;
-    list->GetCurrentURL(url);
-    if (GetMediaHelperInstance().IsVideoFile(url))
-        page_->SetPaneMode(2);
-    if (!url.empty())
-        SetPlayerURL(url);
-    else if (IsBeyond())
-        PlayWithoutMark(*list);
-}
-
-// Nothing is paused, selected or current: the button still has to do what a newcomer means by it.
-void CPlayerPanel::PlayWithoutMark(IPlayingList& list)
-{
-    String url;
-    list.GetNextURL(url, /*wrap=*/0);
-    if (!url.empty())
-        SetPlayerURL(url);
-    else if (list.GetPlayingCount() == 0 && page_->PlaySelectedElsewhere() == 0)
-        page_->ShowAddMenu();
-}
-
-void CPlayerPanel::PressPause()
-{
-    if (IMediaPlayer* player = FindPlayer())
-        player->Pause();
-}
-
-void CPlayerPanel::PressStop()
-{
-    StopPlayback(1);
-}
-
-void CPlayerPanel::PressNext()
-{
-    Step(/*forward=*/true);
-}
-
-void CPlayerPanel::PressPrevious()
-{
-    Step(/*forward=*/false);
-}
-
-void CPlayerPanel::SeekTo(double seconds)
-{
-    IMediaPlayer* player = FindPlayer();
-    if (player == nullptr)
-        return;
-    player->SetPosition(seconds);
-    // The bar counts for itself: left behind, it would end the track too soon or too late.
-    if (bar_ != nullptr && !bar_->IsLocked())
-        bar_->SetPosition(seconds > 0 ? static_cast<int>(std::min(seconds, duration_)) : 0);
-}
-
-void CPlayerPanel::Step(bool forward)
-{
-    addressSet_ = false;
-    OvertakePendingTask();
-    if (IMediaPlayer* player = FindPlayer())
-        player->Stop();
-    StopSeconds();
-    ResetSlider();
-    paused_ = false;
-
-    IPlayingList* list = GetList();
-    if (list == nullptr)
-        return;
-    const int mode = GetPlayMode();
-    const int wrap = mode == static_cast<int>(PlayMode::RepeatGroup) ? 1 : 0;
-    String url;
-    if (mode == static_cast<int>(PlayMode::Random))
-        list->GetRandomURL(url);
-    else if (forward)
-        list->GetNextURL(url, wrap);
-    else
-        list->GetPrevURL(url, wrap);
-    if (!url.empty())
-        SetPlayerURL(url);
-    else if (IsBeyond())
-        ShowPlayButton();
-}
-
-void CPlayerPanel::SetPlayerURL(const String& url)
-{
-    addressSet_ = true;
-    OvertakePendingTask();
-    if (IMediaPlayer* player = FindPlayer(url))
-        player->SetURL(url, /*autoplay=*/1);
-}
-
-bool CPlayerPanel::PostNext()
-{
-    const String url = ChooseAutoNext();
-    if (url.empty())
-        return false;
-    addressSet_ = true;
-    posted_ = true;
-    // Posted, not set: we are inside the control's callback.
-    _KivoAPI_PostSDKEvent(new CSetURLTask(url, /*autoplay=*/1));
-    return true;
-}
-
-void CPlayerPanel::OvertakePendingTask()
-{
-    NextPlayTurn();
-    posted_ = false;
-}
-
-String CPlayerPanel::ChooseAutoNext()
-{
-    IPlayingList* list = GetList();
-    if (list == nullptr)
-        return {};
-    const int mode = GetPlayMode();
-    const int count = list->GetPlayingCount();
-    String candidate;
-    bool isFound = false;
-    list->BeginMoves();
-    for (int tries = 0; tries < count && !isFound; ++tries) {
-        candidate = PickByMode(mode, *list, candidate);
-        if (candidate.empty())
-            break;
-        isFound = PathFileExistsW(candidate);
-    }
-    list->EndMoves();
-    return isFound ? candidate : String();
-}
-
-String CPlayerPanel::PickByMode(int mode, IPlayingList& list, const String& candidate) const
-{
-    String url;
-    switch (static_cast<PlayMode>(mode)) {
-    case PlayMode::Track: break;
-    case PlayMode::RepeatTrack:
-        list.GetCurrentURL(url);
-        if (!UrlIsW(url) && !PathFileExistsW(url))
-            url.clear();
-        break;
-    case PlayMode::Sequence: list.GetNextURL(url, /*wrap=*/0); break;
-    case PlayMode::RepeatGroup: list.GetNextURL(url, /*wrap=*/1); break;
-    case PlayMode::Random: list.GetRandomURL(url); break;
-    default: return candidate; // A mode of no meaning chooses nothing.
-    }
-    return url;
 }
 
 IPlayingList* CPlayerPanel::GetList() const

@@ -78,6 +78,7 @@ private:
     void OnSecond();
 
     void ToggleVolForm();
+    void TurnVolume(int angleDelta);
     void TogglePane();
     void Step(bool forward);
     void PlayWithoutMark(IPlayingList& list);
@@ -92,6 +93,7 @@ private:
     void ResetSlider();
     void StopSeconds();
     void StopBuffering();
+    void EndWait();
     void OvertakePendingTask();
     [[nodiscard]] IPlayingList* GetList() const;
     [[nodiscard]] String MakeSignTitle(const String& url) const;
@@ -116,6 +118,7 @@ private:
     double duration_ = 0.0; // Seconds, of the track last opened.
     int userStop_ = 0;
     int lastState_ = 0;
+    int wheelRest_ = 0;  // Of a turn over the volume button that made no whole step.
     int endCounter_ = 0; // Seconds that the position has stood at the end.
     bool attached_ = false;
     bool paused_ = false;

@@ -37,8 +37,7 @@ void CPlayerPanel::PublishSign()
     sign.SetText(kSignURL, url);
     sign.SetText(kSignTitle, title);
 
-    auto* manager = CMediaPlayerManager::FindInstance();
-    IMediaPlayer* player = manager != nullptr ? manager->GetPlayer(String()) : nullptr;
+    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
     const bool hasPicture =
         player != nullptr && player->GetImageWidth() > 0 && player->GetImageHeight() > 0;
     const String kind = hasPicture ? u"video" : u"music";

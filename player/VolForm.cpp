@@ -11,12 +11,6 @@ namespace {
 
 constexpr unsigned kFormStyle = 0x80CF0000U;
 
-IMediaPlayer* FindPlayer()
-{
-    auto* manager = CMediaPlayerManager::FindInstance();
-    return manager != nullptr ? manager->GetPlayer(String()) : nullptr;
-}
-
 } // namespace
 
 CVolForm::CVolForm(IPage* page)
@@ -66,7 +60,8 @@ LPARAM CVolForm::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
         return result;
     if (wParam == 0) {
         ShowWindow(0);
-    } else if (IMediaPlayer* player = FindPlayer(); player != nullptr && slider_ != nullptr) {
+    } else if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
+               player != nullptr && slider_ != nullptr) {
         slider_->SetPosition(player->GetVolume());
     }
     return result;
@@ -74,7 +69,7 @@ LPARAM CVolForm::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
 
 void CVolForm::OnSlider(ui::CSkinObject* sender, void* /*data*/)
 {
-    IMediaPlayer* player = FindPlayer();
+    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
     if (slider_ != nullptr && sender == slider_ && player != nullptr)
         player->SetVolume(slider_->GetPosition());
 }

@@ -39,6 +39,14 @@ CSkinButton::CSkinButton() = default;
 
 CSkinButton::~CSkinButton() = default;
 
+bool CSkinButton::OnPeerWheel(int angleDelta) const
+{
+    if (!wheelListener_.IsSet() || !IsEnabled())
+        return false;
+    wheelListener_(angleDelta);
+    return true;
+}
+
 void CSkinButton::SetChecked(int checked)
 {
     if (checked_ == (checked != 0))

@@ -9,6 +9,7 @@
 #include "shell/contracts/base/Released.h"
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
+#include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/FakePage.h"
@@ -511,6 +512,46 @@ TEST_F(PlayerPanelTest, ASeekFromElsewhereMovesTheCountedPositionToo)
     EXPECT_EQ(host_.CountPosted(), 0U);
     PassSeconds(1);
     EXPECT_EQ(host_.CountPosted(), 1U); // Three to the counted end, three to wait there.
+}
+
+TEST_F(PlayerPanelTest, TheWheelOverTheVolumeButtonTurnsTheVolume)
+{
+    auto& button = dynamic_cast<ui::CSkinButton&>(*panel_->FindControlRecusive(u"VolBtn"));
+    struct Turn {
+        int angle;
+        int volume;
+    };
+    for (const Turn& turn : {
+             Turn{120,        62 },
+             {-240,       58 },
+             {60,         58 }, // Half a notch,
+             {60,         60 }, // and the other half.
+             {2'000'000,  100},
+             {-9'999'999, 0  }
+    }) {
+        EXPECT_TRUE(button.OnPeerWheel(turn.angle));
+        EXPECT_EQ(player_.volume, turn.volume) << turn.angle;
+    }
+    button.SetEnabled(0);
+    EXPECT_FALSE(button.OnPeerWheel(120));
+    EXPECT_EQ(player_.volume, 0);
+}
+
+TEST_F(PlayerPanelTest, BeyondNobodyWaitsWhenStoppedOrPausedInMidBuffering)
+{
+    SetBeyond(true);
+    player_.url = u"http://127.0.0.1/radio";
+    for (const int state : {1, 2}) {
+        SCOPED_TRACE(state);
+        Report(9);
+        Report(6);
+        now_ += 100;
+        TimerService::Get().RunDue();
+        ASSERT_TRUE(IsShown(u"StatePanel"));
+        Report(state);
+        EXPECT_FALSE(IsShown(u"StatePanel"));
+        EXPECT_EQ(TimerService::Get().GetNextDelay(), -1);
+    }
 }
 
 TEST_F(PlayerPanelTest, TheSignFollowsTheSetting)

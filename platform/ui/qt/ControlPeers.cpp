@@ -39,6 +39,13 @@ public:
 
     void Detach() { control_ = nullptr; }
 
+protected:
+    void wheelEvent(QWheelEvent* event) override
+    {
+        const int turn = event->angleDelta().y();
+        event->setAccepted(control_ != nullptr && turn != 0 && control_->OnPeerWheel(turn));
+    }
+
 private:
     CSkinButton* control_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/contracts/base/Delegate.h"
 #include "shell/contracts/ui/SkinObject.h"
 
 namespace kivo::ui {
@@ -10,6 +11,11 @@ public:
     CSkinButton();
     ~CSkinButton() override;
 
+    // Who hears of a turn of the wheel over it, in eighths of a degree; up is positive. Nobody at
+    // first. While it is disabled nobody hears.
+    void SetWheelListener(const Delegate<int>& listener) { wheelListener_ = listener; }
+    bool OnPeerWheel(int angleDelta) const; // The user turned it. False: nobody hears.
+
     void SetChecked(int checked); // Keeps the wash of a pressed button. Fires nothing.
     [[nodiscard]] bool IsChecked() const { return checked_; }
 
@@ -17,6 +23,7 @@ protected:
     std::unique_ptr<IPeer> MakePeer() override;
 
 private:
+    Delegate<int> wheelListener_;
     bool checked_ = false;
 };
 

@@ -13,8 +13,11 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QTest>
+#include <QToolTip>
+#include <QWheelEvent>
 
 #include <set>
 
@@ -199,7 +202,9 @@ constexpr SliderMove kSliderMoves[] = {
     {"RightMirrored", Qt::Key_Right,    true,  -1},
     {"LeftMirrored",  Qt::Key_Left,     true,  1 },
     {"Up",            Qt::Key_Up,       true,  1 },
+    {"Down",          Qt::Key_Down,     false, -1},
     {"PageDown",      Qt::Key_PageDown, false, -1},
+    {"PageUp",        Qt::Key_PageUp,   false, 1 },
     {"Home",          Qt::Key_Home,     false, -1},
     {"End",           Qt::Key_End,      false, 1 },
 };
@@ -208,6 +213,43 @@ INSTANTIATE_TEST_SUITE_P(Keys,
                          SliderKeys,
                          testing::ValuesIn(kSliderMoves),
                          test::CaseName<SliderMove>);
+
+// A turn of the wheel by one notch, as the window system sends it.
+void TurnWheel(QWidget& widget, int angle)
+{
+    const QPointF place = Middle(widget);
+    QWheelEvent turn(place,
+                     widget.mapToGlobal(place),
+                     {},
+                     QPoint(0, angle),
+                     Qt::NoButton,
+                     Qt::NoModifier,
+                     Qt::NoScrollPhase,
+                     /*inverted=*/false);
+    QApplication::sendEvent(&widget, &turn);
+}
+
+// Adds up what it hears of the wheel.
+struct WheelEar {
+    void OnTurn(int angle) { heard += angle; }
+    int heard = 0;
+};
+
+TEST(Button, HearsTheWheelIfSomebodyListens)
+{
+    const Desk desk;
+    DeskPage page;
+    WheelEar ear;
+    auto* button = static_cast<CSkinButton*>(page.Find(u"VolBtn"));
+    TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    button->SetWheelListener(Delegate<int>(&ear, &WheelEar::OnTurn));
+    TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    TurnWheel(*page.GetButton(u"VolBtn"), -360);
+    EXPECT_EQ(ear.heard, -240);
+    button->SetEnabled(0);
+    TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    EXPECT_EQ(ear.heard, -240);
+}
 
 class SliderHand : public testing::TestWithParam<bool> {};
 
@@ -234,6 +276,13 @@ TEST_P(SliderHand, JumpsDragsAndScrolls)
     QTest::keyClick(&bar, Qt::Key_Escape);
     EXPECT_FALSE(slider->IsDragging());
     EXPECT_NEAR(slider->GetPosition(), 150, 4);
+    const Presses presses(*slider);
+    const int before = slider->GetPosition();
+    TurnWheel(bar, 120);
+    EXPECT_GT(slider->GetPosition(), before);
+    TurnWheel(bar, -240);
+    EXPECT_LT(slider->GetPosition(), before);
+    EXPECT_EQ(presses.Get(), 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Directions, SliderHand, testing::Bool());
@@ -252,6 +301,21 @@ TEST(Slider, ReadsItsPositionAsTime)
     ASSERT_NE(access->valueInterface(), nullptr);
     EXPECT_EQ(access->valueInterface()->currentValue().toInt(), 3725);
     EXPECT_EQ(access->valueInterface()->maximumValue().toInt(), 4000);
+}
+
+// The time under the pointer, that a press there would seek to.
+TEST(Slider, ShowsTheTimeUnderThePointer)
+{
+    const Desk desk;
+    DeskPage page;
+    auto* slider = static_cast<CSkinSlider*>(page.Find(u"ProcessBar"));
+    slider->SetRange(0, 300);
+    QWidget& bar = *WidgetOf(slider);
+    const QPoint place(bar.width() / 2, bar.height() / 2);
+    QHelpEvent help(QEvent::ToolTip, place, bar.mapToGlobal(place));
+    QApplication::sendEvent(&bar, &help);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("2:30")));
+    QToolTip::hideText();
 }
 
 TEST(Splitter, MovesByMouseAndKeysWithinTheMinimum)
