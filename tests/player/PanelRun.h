@@ -1,0 +1,59 @@
+#pragma once
+
+#include "player/MediaPlayerManager.h"
+#include "player/MediaSliderBar.h"
+#include "player/PlayerPanel.h"
+#include "shell/contracts/base/Released.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/FakePage.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kivo::test {
+
+// The player's panel over the real engine, without a window, a sound device or a tree: the page is
+// a list that a test writes, the build file is the program's.
+class PanelRun {
+public:
+    PanelRun();
+    PanelRun(const PanelRun&) = delete;
+    PanelRun& operator=(const PanelRun&) = delete;
+    ~PanelRun();
+
+    // Of the files that make_media.sh made; or any other path or address.
+    void AddFile(const std::string& name);
+    void Add(const std::string& url);
+
+    void Press(const char16_t* button);
+    void Unload(); // The panel first, then the players, as the program does.
+
+    // Runs the event loop and what is posted to the host; false: the time is over.
+    bool RunUntil(const std::function<bool()>& isDone, int milliseconds = 20'000);
+    void RunFor(int milliseconds);
+    bool RunToState(int state);             // Until it is the last that was reported.
+    bool RunToStarts(std::size_t count);    // Until that many tracks have started.
+    bool RunToRest(int milliseconds = 300); // Until nothing has happened for so long.
+
+    [[nodiscard]] std::string GetTrace() const;   // What the engine reported, as "9 3 8".
+    [[nodiscard]] std::string GetStarted() const; // The rows that started, as "0 1 2".
+    [[nodiscard]] bool IsShown(const char16_t* id) const;
+    [[nodiscard]] String GetStateLine() const; // Empty: it isn't shown.
+    [[nodiscard]] tunehive::CMediaSliderBar& Bar() const;
+    [[nodiscard]] tunehive::IMediaPlayer& Player() const;
+    [[nodiscard]] tunehive::CPlayerPanel& Panel() const { return *panel_; }
+
+    FakeHost host;
+    FakePage page;
+
+private:
+    void OnState(tunehive::ITuneHive_AsyncCallbackParam* param);
+
+    std::vector<int> states_;
+    std::vector<int> started_; // Rows.
+    bool isOpening_ = false;
+    Released<tunehive::CPlayerPanel> panel_;
+};
+
+} // namespace kivo::test
