@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/sign/ISecretStore.h"
+#include "host/sign/ISignNetwork.h"
+#include "host/sign/SignAddress.h"
+
+#include <memory>
+#include <string>
+
+namespace kivo::host {
+
+// Carries signs over XMPP, as User Tune. All work is done by a thread of its own; here stands what
+// it has told, and the way to it. While nobody is signed in it is as local as LocalSignNetwork.
+class XmppSignNetwork final : public ISignNetwork {
+public:
+    XmppSignNetwork(const String& localName,
+                    std::unique_ptr<ISecretStore> store,
+                    SignAddressRule rule);
+    XmppSignNetwork(const XmppSignNetwork&) = delete;
+    XmppSignNetwork& operator=(const XmppSignNetwork&) = delete;
+    ~XmppSignNetwork() override;
+
+    void SetListener(ISignNetworkListener* listener) override;
+    void SignIn(const SignAccount& account) override;
+    void SignOut() override;
+    void GivePassword(const std::string& password, bool keep) override;
+    void SetPublishing(bool publish, bool withAddress) override;
+    void SetSign(const String& kind, const String& title, const Property& sign) override;
+    void RemoveSign() override;
+    void AddContact(const String& id) override;
+    void AnswerContact(const String& id, bool yes) override;
+    void RemoveContact(const String& id) override;
+    void TrustCertificate(const std::string& fingerprint) override;
+    [[nodiscard]] String GetOwnId() const override;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace kivo::host

@@ -1,0 +1,199 @@
+#include "tests/host/sign/SignServer.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+namespace kivo::test {
+
+namespace {
+
+sockaddr_in MakeLoopback(int port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
+bool CanConnect(int port)
+{
+    const int socketNumber = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in address = MakeLoopback(port);
+    const bool isOpen =
+        connect(socketNumber, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(socketNumber);
+    return isOpen;
+}
+
+std::string ReadFingerprint(const std::string& certificate)
+{
+    Process tool({"openssl", "x509", "-in", certificate, "-noout", "-fingerprint", "-sha256"});
+    std::string digits;
+    const std::string line = tool.WaitFor("sha256", 20000);
+    for (const char digit : line.substr(line.find('=') + 1)) {
+        if (digit != ':')
+            digits += static_cast<char>(std::tolower(digit));
+    }
+    return digits;
+}
+
+} // namespace
+
+int FindFreePort()
+{
+    const int socketNumber = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = MakeLoopback(0);
+    socklen_t size = sizeof address;
+    bind(socketNumber, reinterpret_cast<const sockaddr*>(&address), size);
+    getsockname(socketNumber, reinterpret_cast<sockaddr*>(&address), &size);
+    close(socketNumber);
+    return ntohs(address.sin_port);
+}
+
+SignServer::SignServer()
+    : SignServer(Options())
+{
+}
+
+SignServer::SignServer(const Options& options)
+    : options_(options)
+    , port_(FindFreePort())
+{
+    // A server that can't be had is a failed test, not a skipped one.
+    EXPECT_EQ(RunCommand({KIVO_PROSODY_SCRIPT}), 0) << "scripts/prosody says why";
+    MakeCertificate();
+    WriteSettings();
+}
+
+SignServer::~SignServer() = default;
+
+void SignServer::MakeCertificate()
+{
+    const std::string base = folder_.GetNative().native();
+    const std::string name = options_.certificateName;
+    EXPECT_EQ(RunCommand({"openssl",
+                          "req",
+                          "-x509",
+                          "-newkey",
+                          "ec",
+                          "-pkeyopt",
+                          "ec_paramgen_curve:P-256",
+                          "-nodes",
+                          "-days",
+                          "2",
+                          "-subj",
+                          "/CN=" + name,
+                          "-addext",
+                          "subjectAltName=DNS:" + name,
+                          "-keyout",
+                          base + "/key.pem",
+                          "-out",
+                          base + "/leaf.pem"}),
+              0);
+    fingerprint_ = ReadFingerprint(base + "/leaf.pem");
+}
+
+void SignServer::WriteSettings() const
+{
+    const std::string base = folder_.GetNative().native();
+    const std::string eventing = options_.hasEventing ? "\"pep\", " : "";
+    const std::string encryption = options_.hasEncryption ? "\"tls\", " : "";
+    folder_.Write("prosody.cfg.lua",
+                  "daemonize = false\n"
+                  "run_as_root = true\n"
+                  "pidfile = \"" +
+                      base +
+                      "/pid\"\n"
+                      "data_path = \"" +
+                      base +
+                      "/data\"\n"
+                      "log = { { levels = { min = \"debug\" }, to = \"file\", filename = \"" +
+                      base +
+                      "/log\" } }\n"
+                      "modules_enabled = { \"roster\", \"saslauth\", " +
+                      encryption + eventing +
+                      "\"disco\", \"ping\" }\n"
+                      "modules_disabled = { \"s2s\", \"offline\" }\n"
+                      "authentication = \"internal_plain\"\n"
+                      "c2s_ports = { " +
+                      std::to_string(port_) +
+                      " }\n"
+                      "c2s_interfaces = { \"127.0.0.1\" }\n"
+                      "s2s_ports = { }\n"
+                      "c2s_require_encryption = " +
+                      (options_.hasEncryption ? "true" : "false") +
+                      "\n"
+                      "allow_unencrypted_plain_auth = true\n"
+                      "VirtualHost \"" +
+                      std::string(kDomain) +
+                      "\"\n"
+                      "  ssl = { key = \"" +
+                      base + "/key.pem\", certificate = \"" + base + "/leaf.pem\" }\n");
+}
+
+void SignServer::AddUser(const std::string& name) const
+{
+    folder_.Write("data/sign%2eexample/accounts/" + name + ".dat",
+                  "return { [\"password\"] = \"" + GetPassword(name) + "\" }\n");
+}
+
+void SignServer::Befriend(const std::string& a, const std::string& b) const
+{
+    const auto write = [&](const std::string& owner, const std::string& other) {
+        folder_.Write("data/sign%2eexample/roster/" + owner + ".dat",
+                      "return { [false] = { version = 1 }, [\"" + other + "@" + kDomain +
+                          "\"] = { subscription = \"both\", groups = {}, name = \"" + other +
+                          "\" } }\n");
+    };
+    write(a, b);
+    write(b, a);
+}
+
+void SignServer::Start()
+{
+    const std::string base = folder_.GetNative().native();
+    process_ = std::make_unique<Process>(std::vector<std::string>{
+        KIVO_PROSODY_PROGRAM, "-F", "--config", base + "/prosody.cfg.lua"});
+    // It says nothing when it is ready; knocking is the only way to know.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!CanConnect(port_) && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(CanConnect(port_)) << ReadLog();
+}
+
+void SignServer::Kill()
+{
+    process_->Kill();
+}
+
+void SignServer::Stop()
+{
+    process_->Signal(SIGTERM);
+    EXPECT_EQ(process_->WaitForEnd(), 0);
+}
+
+host::SignAccount SignServer::GetAccount(const std::string& name) const
+{
+    return {GetId(name), u"127.0.0.1", port_, fingerprint_};
+}
+
+std::string SignServer::GetPassword(const std::string& name)
+{
+    return name + "-secret";
+}
+
+String SignServer::GetId(const std::string& name)
+{
+    const std::string id = name + "@" + kDomain;
+    return {id.begin(), id.end()};
+}
+
+} // namespace kivo::test
