@@ -7,6 +7,7 @@
 namespace kivo::host {
 
 inline constexpr std::size_t kLongestSignText = 512; // Units of String.
+inline constexpr std::size_t kLongestContactName = 128;
 
 // A stranger's text for one line: controls, marks that turn the direction of writing, and half
 // characters gone, runs of white space one blank, at most `longest` units.

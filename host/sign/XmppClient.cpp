@@ -128,6 +128,16 @@ void XmppClient::RemoveContact(const std::string& id)
     Handle(Request::Remove, id);
 }
 
+void XmppClient::RenameContact(const std::string& id, const std::string& name)
+{
+    const RosterItem* const known = roster_.GetItem(id);
+    if (!stream_.IsOpen() || known == nullptr)
+        return;
+    RosterItem item = *known;
+    item.name = name;
+    stream_.Send(MakeRosterChange(stream_.GetContext(), MakeId(), item));
+}
+
 // Before the contact list is there they wait: it says what is left to ask for.
 void XmppClient::Handle(Request request, const std::string& id)
 {

@@ -47,6 +47,7 @@ public:
     void AddContact(const std::string& id);
     void AnswerContact(const std::string& id, bool yes);
     void RemoveContact(const std::string& id);
+    void RenameContact(const std::string& id, const std::string& name);
     void TrustCertificate(const std::string& fingerprint);
 
     void Work();                                      // Does what is due.

@@ -15,7 +15,6 @@ using Subscription = RosterItem::Subscription;
 // Beyond what people have; a server that sends more wants to fill the memory.
 constexpr std::size_t kMaxContacts = 10000;
 constexpr std::size_t kMaxDevices = 32;
-constexpr std::size_t kLongestName = 128;
 
 bool IsSeenBy(Subscription subscription)
 {
@@ -144,6 +143,12 @@ void XmppRoster::Clear()
         Forget(contacts_.begin()->first, contacts_.begin()->second);
 }
 
+const RosterItem* XmppRoster::GetItem(const std::string& id) const
+{
+    const Contact* const contact = Find(id);
+    return contact != nullptr ? &contact->item : nullptr;
+}
+
 bool XmppRoster::IsSeen(const std::string& id) const
 {
     const Contact* const contact = Find(id);
@@ -186,7 +191,8 @@ void XmppRoster::Forget(const std::string& id, Contact& contact)
 
 void XmppRoster::Tell(const Contact& contact)
 {
-    const String name = CleanSignText(common::utf8_to_CString(contact.item.name), kLongestName);
+    const String name =
+        CleanSignText(common::utf8_to_CString(contact.item.name), kLongestContactName);
     listener_.OnContact({ToId(contact.item.id), name, GetShown(contact.devices)});
 }
 

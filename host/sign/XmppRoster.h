@@ -17,7 +17,8 @@ struct RosterItem {
     std::string id; // Bare address.
     std::string name;
     Subscription subscription = Subscription::None;
-    bool isAsked = false; // The user has asked to see the contact and waits.
+    bool isAsked = false;            // The user has asked to see the contact and waits.
+    std::vector<std::string> groups; // Of other clients; they stay.
 };
 
 // The contacts, who of them is there and what they play, out of what the server sends in any order.
@@ -40,6 +41,7 @@ public:
     void GoOffline(); // All contacts are; what they play is forgotten.
     void Clear();     // They are gone.
 
+    [[nodiscard]] const RosterItem* GetItem(const std::string& id) const; // Null: no contact.
     [[nodiscard]] bool IsSeen(const std::string& id) const;   // The user may see the contact.
     [[nodiscard]] bool IsAsked(const std::string& id) const;  // The user has asked to.
     [[nodiscard]] bool SeesUser(const std::string& id) const; // The contact may see the user.

@@ -269,6 +269,13 @@ void XmppSignNetwork::RemoveContact(const String& id)
     impl_->Send([name = ToBytes(id)](XmppClient& client) { client.RemoveContact(name); });
 }
 
+void XmppSignNetwork::RenameContact(const String& id, const String& name)
+{
+    const std::string called = common::CString_to_utf8(CleanSignText(name, kLongestContactName));
+    impl_->Send(
+        [bare = ToBytes(id), called](XmppClient& client) { client.RenameContact(bare, called); });
+}
+
 void XmppSignNetwork::TrustCertificate(const std::string& fingerprint)
 {
     impl_->Send([fingerprint](XmppClient& client) { client.TrustCertificate(fingerprint); });

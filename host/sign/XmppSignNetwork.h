@@ -30,6 +30,7 @@ public:
     void AddContact(const String& id) override;
     void AnswerContact(const String& id, bool yes) override;
     void RemoveContact(const String& id) override;
+    void RenameContact(const String& id, const String& name) override;
     void TrustCertificate(const std::string& fingerprint) override;
     [[nodiscard]] String GetOwnId() const override;
 

@@ -25,6 +25,7 @@ constexpr char kPing[] = "urn:xmpp:ping";
 constexpr char kClient[] = "urn:x-kivo";
 constexpr char kItem[] = "current";
 constexpr char kLowPriority[] = "-1";
+constexpr std::size_t kMaxGroups = 50; // Of one contact.
 
 // What this client understands, sorted by bytes: the hash of its abilities is made of them in this
 // order.
@@ -211,6 +212,19 @@ XmppStanza MakeRosterRemoval(xmpp_ctx_t* context, const std::string& id, const s
     return iq;
 }
 
+XmppStanza MakeRosterChange(xmpp_ctx_t* context, const std::string& id, const RosterItem& item)
+{
+    XmppStanza entry(context, "item");
+    entry.Set("jid", item.id).Set("name", item.name);
+    for (const std::string& group : item.groups)
+        entry.AddText("group", group);
+    XmppStanza query(context, "query", XMPP_NS_ROSTER);
+    query.Add(entry);
+    XmppStanza iq = MakeIq(context, "set", id);
+    iq.Add(query);
+    return iq;
+}
+
 XmppStanza MakeInfoRequest(xmpp_ctx_t* context, const std::string& id, const std::string& to)
 {
     XmppStanza iq = MakeIq(context, "get", id);
@@ -291,6 +305,10 @@ std::optional<std::vector<RosterItem>> ReadRoster(XmppElement iq)
         item.name = child.Get("name");
         item.subscription = ReadSubscription(child.Get("subscription"));
         item.isAsked = child.Get("ask") == "subscribe";
+        for (XmppElement group = child.GetFirst(); group; group = group.GetNext()) {
+            if (group.Is("group") && item.groups.size() < kMaxGroups)
+                item.groups.push_back(group.GetText());
+        }
         items.push_back(std::move(item));
     }
     return items;

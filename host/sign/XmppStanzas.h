@@ -25,6 +25,9 @@ MakePresence(xmpp_ctx_t* context, const std::string& type, const std::string& to
 [[nodiscard]] XmppStanza MakeRosterRequest(xmpp_ctx_t* context, const std::string& id);
 [[nodiscard]] XmppStanza
 MakeRosterRemoval(xmpp_ctx_t* context, const std::string& id, const std::string& contact);
+// Gives the contact the item's name, and leaves it in the item's groups.
+[[nodiscard]] XmppStanza
+MakeRosterChange(xmpp_ctx_t* context, const std::string& id, const RosterItem& item);
 [[nodiscard]] XmppStanza
 MakeInfoRequest(xmpp_ctx_t* context, const std::string& id, const std::string& to);
 [[nodiscard]] XmppStanza MakePing(xmpp_ctx_t* context, const std::string& id);
