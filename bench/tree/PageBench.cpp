@@ -1,0 +1,214 @@
+// The real program with one large group: from the start of the process to the frames that count,
+// what a hand does in the tree, and the way out.
+
+#include "bench/tree/PageProbe.h"
+#include "shell/contracts/common/Text.h"
+#include "shell/contracts/framework/Files.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using kivo::bench::ProbeTask;
+using Figures = std::map<std::string, double>;
+
+constexpr int kStarts = 5;
+constexpr int kRealFiles = 200; // At the head of the group, where rows are looked at.
+constexpr const char* kLibraryFile = "tunehive/lib/{9B912E53-6318-4ac6-8C10-01D0357FFA48}.mlib";
+
+fs::path GetProgram()
+{
+    return fs::read_symlink("/proc/self/exe");
+}
+
+// A folder with the program tree, in which this program stands in kivo's place.
+void MakeAppFolder(const fs::path& folder)
+{
+    fs::create_directories(folder);
+    for (const auto& entry :
+         fs::directory_iterator(GetProgram().parent_path().parent_path() / "app"))
+        if (entry.path().filename() != "kivo")
+            fs::create_symlink(entry.path(), folder / entry.path().filename());
+    fs::copy_file(GetProgram(), folder / "kivo");
+}
+
+// `count` tracks in "playing", each with its record in the library, as the program saves them.
+void MakeProfile(const fs::path& profile, const fs::path& music, int count)
+{
+    fs::create_directories((profile / kLibraryFile).parent_path());
+    fs::create_directories(music);
+    std::ofstream items(profile / "tunehive/playing.kvm", std::ios::binary);
+    std::ofstream cache(profile / kLibraryFile, std::ios::binary);
+    constexpr std::string_view kHead =
+        "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+    items << kHead << "<Items>\n";
+    cache << kHead << "<Caches>\n";
+    std::vector<std::string> paths;
+    for (int i = 0; i < count; ++i) {
+        std::string digits = std::to_string(i);
+        digits.insert(0, 6 - std::min<std::size_t>(digits.size(), 6), '0');
+        paths.push_back(
+            (music / ("An Artist of the " + digits + " - The Title " + digits + ".mp3")).string());
+        items << "    <Item path=\"" << paths.back() << "\" name=\"\" />\n";
+        if (i < kRealFiles)
+            std::ofstream(paths.back()) << "no music";
+    }
+    std::sort(paths.begin(), paths.end());
+    for (const std::string& path : paths)
+        cache << "    <Cache id=\"" << path
+              << "\" title=\"A title of ordinary length\" art=\"An artist\" album=\"The album\""
+                 " genre=\"Rock\" length=\"245\" bitrate=\"192000\" comm=\"\" />\n";
+    items << "</Items>\n";
+    cache << "</Caches>\n";
+}
+
+// One run of the program in a process of its own.
+Figures Run(const fs::path& program, const fs::path& profile, const char* task)
+{
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0)
+        std::exit(1); // NOLINT(concurrency-mt-unsafe)
+    const std::string start = std::to_string(kivo::bench::GetNowNs());
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        execl(program.c_str(), "kivo", "--probe", profile.c_str(), task, start.c_str(), nullptr);
+        _exit(127);
+    }
+    close(ends[1]);
+    std::string text;
+    std::array<char, 4096> block{};
+    for (ssize_t got = 0; (got = read(ends[0], block.data(), block.size())) > 0;)
+        text.append(block.data(), static_cast<std::size_t>(got));
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    const double ended = static_cast<double>(kivo::bench::GetNowNs() - std::stoll(start)) / 1e6;
+    Figures figures;
+    std::istringstream lines(text);
+    std::string name;
+    for (double value = 0; lines >> name >> value;)
+        figures[name] = value;
+    if (figures.contains("leaving"))
+        figures["leave"] = ended - figures["leaving"];
+    if (status != 0)
+        std::fprintf(stderr, "the program ended with status %d\n", status);
+    return figures;
+}
+
+void Print(int count, const std::string& name, double value)
+{
+    const bool isMemory = name == "resident" || name == "proportional";
+    std::printf("figure page/%d/%s %.2f %s\n", count, name.c_str(), value, isMemory ? "MB" : "ms");
+    std::fflush(stdout);
+}
+
+double TakeMedian(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// The files that differ from those of the older profile, written over these by the same writer.
+double WriteAlone(const fs::path& now, const fs::path& before)
+{
+    double took = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(now)) {
+        if (!entry.is_regular_file())
+            continue;
+        const fs::path old = before / fs::relative(entry.path(), now);
+        const auto load = [](const fs::path& path) {
+            std::ifstream file(path, std::ios::binary);
+            return std::string(std::istreambuf_iterator<char>(file), {});
+        };
+        const std::string bytes = load(entry.path());
+        if (fs::exists(old) && load(old) == bytes)
+            continue;
+        const kivo::String path = kivo::common::PathToText(old.native());
+        const long long start = kivo::bench::GetNowNs();
+        kivo::WriteFileDurably(path, bytes);
+        took += static_cast<double>(kivo::bench::GetNowNs() - start) / 1e6;
+    }
+    return took;
+}
+
+void MeasureLeave(const fs::path& folder, const fs::path& profile, int count)
+{
+    std::map<std::string, std::vector<double>> all;
+    for (int i = 0; i < kStarts; ++i) {
+        fs::remove_all(folder / "before");
+        fs::copy(profile, folder / "before", fs::copy_options::recursive);
+        const Figures figures = Run(folder / "app/kivo", profile, "leave");
+        const auto leave = figures.find("leave");
+        if (leave == figures.end())
+            return;
+        all["leave"].push_back(leave->second);
+        all["write-alone"].push_back(WriteAlone(profile, folder / "before"));
+    }
+    for (const auto& [name, values] : all)
+        Print(count, name, TakeMedian(values));
+}
+
+void Measure(const fs::path& folder, int count)
+{
+    const fs::path profile = folder / "profile";
+    fs::remove_all(profile);
+    MakeProfile(profile, folder / "music", count);
+    Run(folder / "app/kivo", profile, "quit"); // Makes what a first start makes.
+    std::map<std::string, std::vector<double>> all;
+    for (int i = 0; i < kStarts; ++i)
+        for (const auto& [name, value] : Run(folder / "app/kivo", profile, "quit"))
+            all[name].push_back(value);
+    for (const auto& [name, values] : all)
+        Print(count, name, TakeMedian(values));
+    if (count == 0)
+        return;
+    const Figures steps = Run(folder / "app/kivo", profile, "steps");
+    for (const auto& [name, value] : steps)
+        if (!all.contains(name))
+            Print(count, name, value);
+    MeasureLeave(folder, profile, count);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<std::string> arguments(argv, argv + argc);
+    if (argc == 5 && arguments[1] == "--probe") {
+        ProbeTask task = ProbeTask::Quit;
+        if (arguments[3] == "steps")
+            task = ProbeTask::Steps;
+        else if (arguments[3] == "leave")
+            task = ProbeTask::Leave;
+        return kivo::bench::RunProbe(arguments[2], task, std::stoll(arguments[4]));
+    }
+    const fs::path folder =
+        fs::temp_directory_path() / ("kivo-page-bench-" + std::to_string(getpid()));
+    MakeAppFolder(folder / "app");
+    std::vector<int> counts;
+    for (std::size_t i = 1; i < arguments.size(); ++i)
+        counts.push_back(std::stoi(arguments[i]));
+    if (counts.empty())
+        counts = {0, 1000, 10'000, 100'000, 300'000};
+    for (const int count : counts)
+        Measure(folder, count);
+    fs::remove_all(folder);
+    return 0;
+}
