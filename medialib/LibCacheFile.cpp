@@ -2,10 +2,9 @@
 
 #include "medialib/MediaInfoNames.h"
 #include "shell/base/XmlRecords.h"
+#include "shell/base/XmlRecordWriter.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
-
-#include <tinyxml.h>
 
 #include <algorithm>
 #include <array>
@@ -54,20 +53,19 @@ ToEntryText(std::string_view bytes, bool isUtf8, std::forward_list<std::string>&
 }
 
 // Adds the entry of an element, if it is one and has a key.
-void TakeEntry(const TiXmlElement& element, bool isUtf8, std::vector<CPackedEntry>& entries)
+void TakeEntry(const XmlRecord& record, bool isUtf8, std::vector<CPackedEntry>& entries)
 {
-    if (!IsNamed(element, kEntryName))
+    if (!IsNamed(record, kEntryName))
         return;
     std::forward_list<std::string> converted;
-    const std::string_view key = ToEntryText(GetAttribute(element, kKeyName), isUtf8, converted);
+    const std::string_view key = ToEntryText(GetAttribute(record, kKeyName), isUtf8, converted);
     if (key.empty())
         return;
     std::array<PackedField, kMediaInfoKeyCount> fields{}; // No attribute comes twice.
     std::size_t count = 0;
-    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
-         attribute = attribute->Next())
-        if (const auto found = FindInfoKey(attribute->NameTStr()))
-            fields[count++] = {*found, ToEntryText(attribute->ValueStr(), isUtf8, converted)};
+    for (const XmlAttribute& attribute : record.attributes)
+        if (const auto found = FindInfoKey(attribute.name))
+            fields[count++] = {*found, ToEntryText(attribute.value, isUtf8, converted)};
     const auto byKey = [](const PackedField& a, const PackedField& b) { return a.key < b.key; };
     if (!std::is_sorted(fields.begin(), fields.begin() + count, byKey))
         std::sort(fields.begin(), fields.begin() + count, byKey);
@@ -90,8 +88,8 @@ bool CLibCacheFile::Load()
     XmlProlog prolog;
     std::vector<CPackedEntry> loaded;
     const XmlResult result =
-        ReadXmlRecords(path_, kRootName, prolog, [&loaded, &prolog](const TiXmlElement& element) {
-            TakeEntry(element, prolog.isDeclared, loaded);
+        ReadXmlRecords(path_, kRootName, prolog, [&loaded, &prolog](const XmlRecord& record) {
+            TakeEntry(record, prolog.isDeclared, loaded);
         });
     if (result != XmlResult::Read) {
         isUnread_ = IsUnread(result);
@@ -146,15 +144,17 @@ bool CLibCacheFile::WriteEntries() const
     });
 
     XmlRecordWriter writer(path_, kRootName);
+    std::vector<XmlAttribute> attributes;
     for (const CPackedEntry* entry : sorted) {
-        TiXmlElement element(kEntryName);
-        element.SetAttribute(kKeyName, std::string(entry->GetKey()));
-        entry->ForEachField([&element](const PackedField& field) {
+        attributes.assign({
+            {kKeyName, entry->GetKey()}
+        });
+        entry->ForEachField([&attributes](const PackedField& field) {
             const std::string_view name = GetInfoAttribute(field.key);
             if (!name.empty())
-                element.SetAttribute(std::string(name), std::string(field.text));
+                attributes.push_back({name, field.text});
         });
-        writer.Write(element);
+        writer.Write(kEntryName, attributes);
     }
     return writer.Commit();
 }

@@ -2,13 +2,15 @@
 
 #include "mediares/GroupIds.h"
 #include "shell/base/XmlRecords.h"
+#include "shell/base/XmlRecordWriter.h"
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
 
-#include <tinyxml.h>
-
 #include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace kivo::tunehive {
 
@@ -28,21 +30,23 @@ void CGroupInfo::Load(const String& folder)
     refused_.clear();
 
     // Gathered first: of a file that turns out to be broken nothing is taken over.
-    TiXmlElement entries("");
+    std::vector<std::pair<std::string, std::string>> entries;
     XmlProlog prolog;
     const XmlResult result =
-        ReadXmlRecords(path_, kRoot, prolog, [&entries](const TiXmlElement& element) {
-            if (IsNamed(element, kGroup))
-                entries.InsertEndChild(element);
+        ReadXmlRecords(path_, kRoot, prolog, [&entries](const XmlRecord& record) {
+            if (IsNamed(record, kGroup))
+                entries.emplace_back(GetAttribute(record, kId), GetAttribute(record, kName));
         });
     isUnread_ = IsUnread(result);
     if (result != XmlResult::Read)
         return;
 
     isLoading_ = true;
-    for (const TiXmlElement* entry = entries.FirstChildElement(); entry != nullptr;
-         entry = entry->NextSiblingElement())
-        TakeEntry(*entry, prolog.isDeclared);
+    const auto decode = [&prolog](const std::string& bytes) {
+        return prolog.isDeclared ? common::utf8_to_CString(bytes) : common::MBCS2CString(bytes, 0);
+    };
+    for (const auto& [id, name] : entries)
+        TakeEntry(decode(id), decode(name));
     isLoading_ = false;
     if (!prolog.isDeclared)
         SetOlderAside(path_);
@@ -50,14 +54,8 @@ void CGroupInfo::Load(const String& folder)
         Save();
 }
 
-void CGroupInfo::TakeEntry(const TiXmlElement& element, bool isDeclared)
+void CGroupInfo::TakeEntry(const String& id, const String& name)
 {
-    const auto decode = [&element, isDeclared](const char* attribute) {
-        const std::string_view bytes = GetAttribute(element, attribute);
-        return isDeclared ? common::utf8_to_CString(bytes) : common::MBCS2CString(bytes, 0);
-    };
-    const String id = decode(kId);
-    const String name = decode(kName);
     if (name.empty() || !IsUserGroupID(id))
         return;
     if (SetName(id, name) == 0 && IsBeyond())
@@ -73,12 +71,13 @@ int CGroupInfo::Save()
     std::map<String, String> entries = names_;
     entries.insert(refused_.begin(), refused_.end());
     XmlRecordWriter writer(path_, kRoot);
-    for (const auto& [id, name] : entries) {
-        TiXmlElement element(kGroup);
-        element.SetAttribute(kId, common::CString_to_utf8(id));
-        element.SetAttribute(kName, common::CString_to_utf8(name));
-        writer.Write(element);
-    }
+    for (const auto& [id, name] : entries)
+        writer.Write(
+            kGroup,
+            {
+                {kId,   common::CString_to_utf8(id)  },
+                {kName, common::CString_to_utf8(name)}
+        });
     if (!writer.Commit())
         return 0;
     isUnread_ = false;

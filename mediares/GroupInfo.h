@@ -4,8 +4,6 @@
 
 #include <map>
 
-class TiXmlElement;
-
 namespace kivo::tunehive {
 
 // The names of the user groups, by id, and their file "ginfo.xml". Names differ from each other and
@@ -39,7 +37,7 @@ public:
     [[nodiscard]] String GetNewName() const; // The default name and the first free number.
 
 private:
-    void TakeEntry(const TiXmlElement& element, bool isDeclared);
+    void TakeEntry(const String& id, const String& name);
 
     std::map<String, String> names_;
     std::map<String, String> refused_; // What the file holds and SetName refused for its name.

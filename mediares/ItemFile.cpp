@@ -1,11 +1,12 @@
 #include "mediares/ItemFile.h"
 
 #include "mediares/CharacterSets.h"
+#include "shell/base/XmlRecordWriter.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
 #include "shell/contracts/framework/Paths.h"
 
-#include <tinyxml.h>
+#include <optional>
 
 namespace kivo::tunehive {
 
@@ -22,17 +23,15 @@ constexpr const char* kOlderCharacterSet = "gbk";
 XmlResult ReadItemFile(const String& path, const TakeItem& take, bool keepsOlder)
 {
     XmlProlog prolog;
-    const XmlResult result =
-        ReadXmlRecords(path, kRoot, prolog, [&prolog, &take](const TiXmlElement& element) {
-            if (!IsNamed(element, kItem))
-                return;
-            const int codePage =
-                FindCodePage(prolog.isDeclared ? prolog.encoding : kOlderCharacterSet);
-            MediaInfo item;
-            item[kItemPath] = common::MBCS2CString(GetAttribute(element, kPath), codePage);
-            item[kItemName] = common::MBCS2CString(GetAttribute(element, kName), codePage);
-            take(item);
-        });
+    std::optional<int> codePage; // The prolog is known from the first record on.
+    const XmlResult result = ReadXmlRecords(path, kRoot, prolog, [&](const XmlRecord& record) {
+        if (!IsNamed(record, kItem))
+            return;
+        if (!codePage)
+            codePage = FindCodePage(prolog.isDeclared ? prolog.encoding : kOlderCharacterSet);
+        take(common::MBCS2CString(GetAttribute(record, kPath), *codePage),
+             common::MBCS2CString(GetAttribute(record, kName), *codePage));
+    });
     if (result == XmlResult::Read && !prolog.isDeclared && !keepsOlder)
         SetOlderAside(path);
     return result;
@@ -41,11 +40,12 @@ XmlResult ReadItemFile(const String& path, const TakeItem& take, bool keepsOlder
 int WriteItemFile(const String& path, const GiveItems& give)
 {
     XmlRecordWriter writer(path, kRoot);
-    give([&writer](const MediaInfo& item) {
-        TiXmlElement element(kItem);
-        element.SetAttribute(kPath, common::CString_to_utf8(GetInfoText(item, kItemPath)));
-        element.SetAttribute(kName, common::CString_to_utf8(GetInfoText(item, kItemName)));
-        writer.Write(element);
+    give([&writer](std::string_view itemPath, std::string_view name) {
+        writer.Write(kItem,
+                     {
+                         {kPath, itemPath},
+                         {kName, name    }
+        });
     });
     if (!writer.Commit())
         return 0;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "medialib/MediaInfo.h"
 #include "shell/base/XmlRecords.h"
 #include "shell/contracts/base/String.h"
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 // The file of a group: its tracks in order, each with path and name. Thread: user interface.
 namespace kivo::tunehive {
@@ -16,8 +16,11 @@ enum ItemKey : std::int32_t {
     kItemName = 1, // May be empty.
 };
 
-using TakeItem = std::function<void(const MediaInfo&)>;
-using GiveItems = std::function<void(const TakeItem&)>;
+using TakeItem = std::function<void(const String& path, const String& name)>;
+
+// Texts in UTF-8, as common::CString_to_utf8 makes them.
+using WriteItem = std::function<void(std::string_view path, std::string_view name)>;
+using GiveItems = std::function<void(const WriteItem&)>;
 
 // Hands each track over, in the order of the file. On any other result than Read forget them. A
 // file of the older form is set aside once it was read, unless `keepsOlder`.

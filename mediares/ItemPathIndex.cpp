@@ -4,25 +4,20 @@
 
 namespace kivo::tunehive {
 
-const PackedText* ItemPathIndex::Add(std::uint64_t track, StringView path)
+ItemPathIndex::Place ItemPathIndex::Add(std::uint64_t track, StringView path)
 {
-    // Packed before the search: two packed texts compare many times faster than a packed one and a
-    // plain one.
     const auto [place, isNew] = tracks_.try_emplace(PackedText(path), Tracks{track, nullptr});
     if (isNew)
-        return &place->first;
+        return place;
     Tracks& tracks = place->second;
     if (tracks.others == nullptr)
         tracks.others = std::make_unique<std::set<std::uint64_t>>();
     tracks.others->insert(track);
-    return &place->first;
+    return place;
 }
 
-void ItemPathIndex::Remove(std::uint64_t track, const PackedText* path)
+void ItemPathIndex::Remove(std::uint64_t track, Place place)
 {
-    const auto place = tracks_.find(*path);
-    if (place == tracks_.end())
-        return;
     Tracks& tracks = place->second;
     if (tracks.first != track) {
         if (tracks.others != nullptr)
@@ -36,7 +31,7 @@ void ItemPathIndex::Remove(std::uint64_t track, const PackedText* path)
 
 void ItemPathIndex::Find(StringView path, std::set<String>& sids) const
 {
-    const auto place = tracks_.find(path);
+    const auto place = tracks_.find(PackedText(path));
     if (place == tracks_.end())
         return;
     sids.insert(SIDGenerator::FromNumber(place->second.first));

@@ -3,36 +3,38 @@
 #include "mediares/PackedText.h"
 #include "shell/contracts/base/String.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <set>
+#include <unordered_map>
 
 namespace kivo::tunehive {
 
 // Which tracks of a group bear a path. It keeps each path's text once, however many do. A track is
 // its SID's number. Paths compare exactly. Thread: user interface.
 class ItemPathIndex {
-public:
-    // Enters the track; the text lives until the last track of that path is removed.
-    const PackedText* Add(std::uint64_t track, StringView path);
-
-    // `path` is what Add gave for that track.
-    void Remove(std::uint64_t track, const PackedText* path);
-    void Clear() { tracks_.clear(); }
-
-    // Adds the SIDs of that path to the set.
-    void Find(StringView path, std::set<String>& sids) const;
-
-private:
     // Most paths belong to one track.
     struct Tracks {
         std::uint64_t first = 0;
         std::unique_ptr<std::set<std::uint64_t>> others;
     };
+    using Map = std::unordered_map<PackedText, Tracks, PackedTextHash>;
 
-    std::map<PackedText, Tracks, PackedTextLess> tracks_;
+public:
+    // Where a path stands; it holds until the last track of that path is removed.
+    using Place = Map::iterator;
+
+    Place Add(std::uint64_t track, StringView path); // Enters the track.
+    void Remove(std::uint64_t track, Place place);   // `place` is what Add gave for that track.
+    void Clear() { tracks_.clear(); }
+
+    [[nodiscard]] static const PackedText& GetPath(Place place) { return place->first; }
+
+    // Adds the SIDs of that path to the set.
+    void Find(StringView path, std::set<String>& sids) const;
+
+private:
+    Map tracks_;
 };
 
 } // namespace kivo::tunehive

@@ -3,10 +3,10 @@
 #include "medialib/IMediaLibManager.h"
 #include "mediares/GroupIds.h"
 #include "mediares/GroupInfo.h"
-#include "mediares/ItemFile.h"
+#include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
 
-#include <utility>
+#include <string>
 
 namespace kivo::tunehive {
 
@@ -49,10 +49,9 @@ void MediaResGroup::Load(std::vector<String>& sids)
     DropAll();
     const XmlResult result = ReadItemFile(
         path_,
-        [this, &sids](const MediaInfo& record) {
-            String sid = InsertItem(record, /*isForced=*/true);
-            if (!sid.empty())
-                sids.push_back(std::move(sid));
+        [this, &sids](const String& path, const String& name) {
+            if (!path.empty())
+                Insert(path, sids.emplace_back()).name = PackedText(name);
         },
         /*keepsOlder=*/IsEditable() == 0);
     isUnread_ = IsUnread(result);
@@ -68,18 +67,41 @@ void MediaResGroup::Save(const std::vector<String>& sids)
 {
     if (IsEditable() == 0 || (isUnread_ && KeepAside(path_) == 0))
         return;
-    const int isWritten = WriteItemFile(path_, [this, &sids](const TakeItem& write) {
-        for (const String& sid : sids)
-            if (const Item* const item = FindItem(sid))
-                write(MakeRecord(*item));
-    });
+    const int isWritten =
+        WriteItemFile(path_, [this, &sids](const WriteItem& write) { WriteItems(sids, write); });
     if (isWritten != 0)
         isUnread_ = false;
 }
 
+void MediaResGroup::WriteItems(const std::vector<String>& sids, const WriteItem& write)
+{
+    std::string path;
+    std::string name;
+    Items::const_iterator item = items_.begin();
+    for (const String& sid : sids) {
+        // Most tracks stand where they were added, behind the one before.
+        const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
+        if (item == items_.end() || item->first != track)
+            item = items_.find(track);
+        if (item == items_.end())
+            continue;
+        if (const MediaInfo* const whole = item->second.whole.get())
+            write(common::CString_to_utf8(GetInfoText(*whole, kItemPath)),
+                  common::CString_to_utf8(GetInfoText(*whole, kItemName)));
+        else
+            write(ItemPathIndex::GetPath(item->second.path).ToUtf8(path),
+                  item->second.name.ToUtf8(name));
+        ++item;
+    }
+}
+
 String MediaResGroup::AddItem(MediaInfo item)
 {
-    return InsertItem(item, /*isForced=*/false);
+    const String path = GetInfoText(item, kItemPath);
+    String sid;
+    if (IsEditable() != 0 && !path.empty())
+        SetRecord(Insert(path, sid), item);
+    return sid;
 }
 
 void MediaResGroup::RemoveItem(const String& sid)
@@ -132,18 +154,15 @@ void MediaResGroup::FindItems(const String& path, std::set<String>& sids)
     index_.Find(path, sids);
 }
 
-String MediaResGroup::InsertItem(const MediaInfo& item, bool isForced)
+// Under a new SID, without a name. `path` isn't empty.
+MediaResGroup::Item& MediaResGroup::Insert(StringView path, String& sid)
 {
-    const String path = GetInfoText(item, kItemPath);
-    if ((IsEditable() == 0 && !isForced) || path.empty())
-        return {};
-    String sid = idGenerator_.Next();
+    sid = idGenerator_.Next();
     const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
     // SIDs come in ascending order.
-    Item& stored = items_.emplace_hint(items_.end(), track, Item())->second;
-    stored.path = index_.Add(track, path);
-    SetRecord(stored, item);
-    return sid;
+    Item& item = items_.emplace_hint(items_.end(), track, Item())->second;
+    item.path = index_.Add(track, path);
+    return item;
 }
 
 MediaResGroup::Item* MediaResGroup::FindItem(const String& sid)
@@ -159,7 +178,8 @@ void MediaResGroup::SetRecord(Item& item, const MediaInfo& record)
     const auto name = record.find(kItemName);
     item.name = name != record.end() ? PackedText(name->second) : PackedText();
     const std::size_t packed = name != record.end() ? 2 : 1;
-    const bool fits = path != record.end() && item.path->Compare(path->second) == 0;
+    const bool fits =
+        path != record.end() && ItemPathIndex::GetPath(item.path) == PackedText(path->second);
     item.whole = fits && record.size() == packed ? nullptr : std::make_unique<MediaInfo>(record);
 }
 
@@ -168,7 +188,7 @@ MediaInfo MediaResGroup::MakeRecord(const Item& item)
     if (item.whole != nullptr)
         return *item.whole;
     MediaInfo record;
-    record[kItemPath] = item.path->Unpack();
+    record[kItemPath] = ItemPathIndex::GetPath(item.path).Unpack();
     if (item.name.IsSet())
         record[kItemName] = item.name.Unpack();
     return record;

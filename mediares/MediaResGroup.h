@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mediares/IMediaResGroup.h"
+#include "mediares/ItemFile.h"
 #include "mediares/ItemPathIndex.h"
 #include "mediares/PackedText.h"
 #include "mediares/SIDGenerator.h"
@@ -40,13 +41,16 @@ public:
 
 private:
     struct Item {
-        const PackedText* path = nullptr; // In the index.
+        ItemPathIndex::Place path;
         PackedText name;                  // Not set: the record has none.
         std::unique_ptr<MediaInfo> whole; // A record that is more than that path and a name.
     };
 
-    String InsertItem(const MediaInfo& item, bool isForced);
+    using Items = std::map<std::uint64_t, Item>; // By the number of the SID, which is its order.
+
+    Item& Insert(StringView path, String& sid);
     [[nodiscard]] Item* FindItem(const String& sid);
+    void WriteItems(const std::vector<String>& sids, const WriteItem& write);
     static void SetRecord(Item& item, const MediaInfo& record);
     [[nodiscard]] static MediaInfo MakeRecord(const Item& item);
     void DropAll();
@@ -55,7 +59,7 @@ private:
     const String path_;
     CGroupInfo* const names_;
     SIDGenerator idGenerator_;
-    std::map<std::uint64_t, Item> items_; // By the number of the SID, which is its order.
+    Items items_;
     ItemPathIndex index_;
     bool isUnread_ = false; // The file stands there and did not give its content.
 };

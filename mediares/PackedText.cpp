@@ -1,5 +1,7 @@
 #include "mediares/PackedText.h"
 
+#include "shell/contracts/common/Text.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -30,21 +32,24 @@ auto WithUnits(const std::byte* block, Function function)
     return function(reinterpret_cast<const unsigned char*>(units), length);
 }
 
-template <class A, class B>
-int CompareUnits(const A* a, std::size_t aLength, const B* b, std::size_t bLength)
+// Whether the units are the UTF-8 of the text, which ASCII is but for U+0000: that is dropped.
+bool IsPlain(std::string_view units)
 {
-    const std::size_t length = std::min(aLength, bLength);
-    if constexpr (sizeof(A) == 1 && sizeof(B) == 1) {
-        if (const int order = std::memcmp(a, b, length); order != 0)
-            return order;
-    } else {
-        const auto [left, right] = std::mismatch(a, a + length, b);
-        if (left != a + length)
-            return *left < *right ? -1 : 1;
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    constexpr std::uint64_t kOnes = 0x0101010101010101U;
+    // In a word without high bits a borrow reaches the high bit of a byte only from a zero one.
+    const auto isPlain = [](std::uint64_t word) {
+        return ((word | (word - kOnes)) & kHighBits) == 0;
+    };
+    std::uint64_t word = 0;
+    for (; units.size() >= sizeof word; units.remove_prefix(sizeof word)) {
+        std::memcpy(&word, units.data(), sizeof word);
+        if (!isPlain(word))
+            return false;
     }
-    if (aLength == bLength)
-        return 0;
-    return aLength < bLength ? -1 : 1;
+    word = kOnes;
+    std::memcpy(&word, units.data(), units.size());
+    return isPlain(word);
 }
 
 } // namespace
@@ -77,20 +82,23 @@ String PackedText::Unpack() const
     });
 }
 
-int PackedText::Compare(const PackedText& other) const
+std::string_view PackedText::ToUtf8(std::string& scratch) const
 {
-    return WithUnits(block_.get(), [&other](const auto* a, std::size_t aLength) {
-        return WithUnits(other.block_.get(), [a, aLength](const auto* b, std::size_t bLength) {
-            return CompareUnits(a, aLength, b, bLength);
-        });
-    });
+    if (block_ == nullptr)
+        return {};
+    const std::string_view units = GetBytes().substr(kHeader);
+    if ((ReadHeader(block_.get()) & kWide) == 0 && IsPlain(units))
+        return units;
+    scratch = common::CString_to_utf8(Unpack());
+    return scratch;
 }
 
-int PackedText::Compare(StringView text) const
+std::string_view PackedText::GetBytes() const
 {
-    return WithUnits(block_.get(), [text](const auto* units, std::size_t length) {
-        return CompareUnits(units, length, text.data(), text.size());
-    });
+    const std::uint32_t header = ReadHeader(block_.get());
+    const std::size_t length = header & ~kWide;
+    const std::size_t bytes = (header & kWide) != 0 ? length * sizeof(char16_t) : length;
+    return {reinterpret_cast<const char*>(block_.get()), kHeader + bytes};
 }
 
 } // namespace kivo::tunehive

@@ -3,7 +3,10 @@
 #include "shell/contracts/base/String.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace kivo::tunehive {
 
@@ -18,20 +21,29 @@ public:
     [[nodiscard]] bool IsSet() const { return block_ != nullptr; }
     [[nodiscard]] String Unpack() const;
 
-    // <0, 0, >0 by 16-bit unit. Both are set.
-    [[nodiscard]] int Compare(const PackedText& other) const;
-    [[nodiscard]] int Compare(StringView text) const;
+    // As common::CString_to_utf8 makes it of the text: the packed bytes themselves where they are
+    // that, else what it puts into `scratch`. Empty if it isn't set.
+    [[nodiscard]] std::string_view ToUtf8(std::string& scratch) const;
+
+    // Whether the texts are the same. Both are set.
+    friend bool operator==(const PackedText& a, const PackedText& b)
+    {
+        return a.GetBytes() == b.GetBytes();
+    }
+
+    // All of the packed form: the same bytes for the same text, and for no other. It is set.
+    [[nodiscard]] std::string_view GetBytes() const;
 
 private:
     // A word of length and width, then the units, one byte or two each.
     std::unique_ptr<std::byte[]> block_;
 };
 
-struct PackedTextLess {
-    using is_transparent = void;
-    bool operator()(const PackedText& a, const PackedText& b) const { return a.Compare(b) < 0; }
-    bool operator()(const PackedText& a, StringView b) const { return a.Compare(b) < 0; }
-    bool operator()(StringView a, const PackedText& b) const { return b.Compare(a) > 0; }
+struct PackedTextHash {
+    std::size_t operator()(const PackedText& text) const
+    {
+        return std::hash<std::string_view>()(text.GetBytes());
+    }
 };
 
 } // namespace kivo::tunehive

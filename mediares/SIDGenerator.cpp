@@ -32,7 +32,9 @@ void SIDGenerator::SetCurrent(const String& sid)
 
 bool SIDGenerator::IsValidSID(StringView sid)
 {
-    return !sid.empty() && sid.find_first_not_of(kAlphabet) == StringView::npos;
+    return !sid.empty() && std::all_of(sid.begin(), sid.end(), [](char16_t letter) {
+        return letter >= kAlphabet.front() && letter <= kAlphabet.back();
+    });
 }
 
 int SIDGenerator::CompareSID(StringView a, StringView b)

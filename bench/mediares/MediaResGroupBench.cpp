@@ -1,4 +1,5 @@
 #include "bench/support/Figures.h"
+#include "medialib/MediaInfo.h"
 #include "mediares/ItemFile.h"
 #include "mediares/MediaResGroup.h"
 #include "mediares/SIDGenerator.h"
@@ -45,9 +46,12 @@ public:
         : path_(std::filesystem::temp_directory_path() /
                 ("kivo-bench-" + std::to_string(getpid()) + ".kvm"))
     {
-        WriteItemFile(GetPath(), [count](const TakeItem& write) {
-            for (std::int64_t i = 0; i < count; ++i)
-                write(MakeItem(i));
+        WriteItemFile(GetPath(), [count](const WriteItem& write) {
+            for (std::int64_t i = 0; i < count; ++i) {
+                const MediaInfo item = MakeItem(i);
+                write(common::CString_to_utf8(item.at(kItemPath)),
+                      common::CString_to_utf8(item.at(kItemName)));
+            }
         });
     }
     GroupFile(const GroupFile&) = delete;
@@ -121,8 +125,8 @@ void BM_ReadRecordsAlone(benchmark::State& state)
         XmlProlog prolog;
         std::size_t bytes = 0;
         static_cast<void>(
-            ReadXmlRecords(file.GetPath(), "Items", prolog, [&bytes](const TiXmlElement& element) {
-                bytes += GetAttribute(element, "path").size();
+            ReadXmlRecords(file.GetPath(), "Items", prolog, [&bytes](const XmlRecord& record) {
+                bytes += GetAttribute(record, "path").size();
             }));
         benchmark::DoNotOptimize(bytes);
     }

@@ -6,9 +6,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
 {
     std::size_t length = 0;
     kivo::tunehive::XmlProlog prolog;
-    const auto take = [&length](const TiXmlElement& element) {
-        length += kivo::tunehive::GetAttribute(element, "PATH").size();
-        length += kivo::tunehive::GetAttribute(element, "name").size();
+    const auto take = [&length](const kivo::tunehive::XmlRecord& record) {
+        length += kivo::tunehive::GetAttribute(record, "PATH").size();
+        length += kivo::tunehive::GetAttribute(record, "name").size();
     };
     const kivo::tunehive::XmlResult result = kivo::tunehive::ParseXmlRecords(
         std::string(kivo::fuzz::AsText(bytes, count)), "Items", prolog, take);

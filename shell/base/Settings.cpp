@@ -2,12 +2,11 @@
 
 #include "shell/base/DataFolder.h"
 #include "shell/base/XmlRecords.h"
+#include "shell/base/XmlRecordWriter.h"
 #include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
 #include "shell/contracts/framework/Paths.h"
-
-#include <tinyxml.h>
 
 #include <array>
 #include <string>
@@ -58,11 +57,11 @@ constexpr Setting kSettings[] = {
 // The attribute of the first element of each name.
 using FoundValues = std::array<std::pair<bool, std::string>, std::size(kSettings)>;
 
-void Collect(const TiXmlElement& element, FoundValues& found)
+void Collect(const XmlRecord& record, FoundValues& found)
 {
     for (std::size_t i = 0; i < found.size(); ++i)
-        if (!found[i].first && IsNamed(element, kSettings[i].element))
-            found[i] = {true, std::string(GetAttribute(element, kSettings[i].attribute))};
+        if (!found[i].first && IsNamed(record, kSettings[i].element))
+            found[i] = {true, std::string(GetAttribute(record, kSettings[i].attribute))};
 }
 
 } // namespace
@@ -110,7 +109,7 @@ void ReadConfig()
     FoundValues found;
     XmlProlog prolog;
     const XmlResult result = ReadXmlRecords(
-        path, kRoot, prolog, [&found](const TiXmlElement& element) { Collect(element, found); });
+        path, kRoot, prolog, [&found](const XmlRecord& record) { Collect(record, found); });
     if (result == XmlResult::Read) {
         for (std::size_t i = 0; i < found.size(); ++i)
             if (!found[i].second.empty())
@@ -137,11 +136,11 @@ void WriteConfig()
         return;
 
     XmlRecordWriter writer(path, kRoot);
-    for (const Setting& setting : kSettings) {
-        TiXmlElement element(setting.element);
-        element.SetAttribute(setting.attribute, setting.give());
-        writer.Write(element);
-    }
+    for (const Setting& setting : kSettings)
+        writer.Write(setting.element,
+                     {
+                         {setting.attribute, setting.give()}
+        });
     if (writer.Commit())
         DropOlder(path);
 }

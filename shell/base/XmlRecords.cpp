@@ -1,19 +1,21 @@
 #include "shell/base/XmlRecords.h"
 
+#include "shell/base/PlainElement.h"
 #include "shell/base/XmlBounds.h"
 #include "shell/contracts/common/Text.h"
+#include "shell/contracts/framework/Files.h"
 
 #include <tinyxml.h>
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 namespace kivo::tunehive {
 
 namespace {
 
 constexpr std::size_t kMaxBytes = std::size_t{256} << 20;
-constexpr std::size_t kWriteBlock = std::size_t{1} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Line ends become LF and the text stops at a NUL, as TiXmlDocument::LoadFile has it.
@@ -29,6 +31,12 @@ void NormalizeLines(std::string& text)
         text[to++] = isReturn ? '\n' : text[from];
     }
     text.resize(to);
+}
+
+// Nearly all names are spelt as they are asked for.
+bool IsSameName(std::string_view a, std::string_view b)
+{
+    return a == b || (a.size() == b.size() && common::string_compare_no_case(a, b) == 0);
 }
 
 bool NamesUtf8(const std::string& encoding)
@@ -67,6 +75,7 @@ private:
     void FindProlog(const char* text, bool needsUtf8);
     bool IsRoot(const char* text) const;
     const char* ParseNode(const char* text, bool isRecord);
+    void Take(const TiXmlElement& element);
     const char* ParseRoot(const char* text);
     const char* ParseRecords(const char* text);
 
@@ -75,6 +84,7 @@ private:
     const TakeXmlRecord& take_;
     TiXmlEncoding encoding_ = TIXML_ENCODING_LEGACY;
     bool hasRoot_ = false;
+    std::vector<XmlAttribute> attributes_; // Of the record that was read last.
 };
 
 XmlResult RecordParser::ParseDocument(const char* text, bool needsUtf8)
@@ -120,18 +130,34 @@ bool RecordParser::IsRoot(const char* text) const
 
 const char* RecordParser::ParseNode(const char* text, bool isRecord)
 {
+    if (isRecord) {
+        std::string_view name;
+        if (const char* const rest = ReadPlainElement(text, name, attributes_)) {
+            take_({name, attributes_});
+            return rest;
+        }
+    }
     // Nearly all nodes are elements; Identify would compare each with all other kinds first.
     if (text[1] == '_' || IsAlpha(static_cast<unsigned char>(text[1]), encoding_) != 0) {
         TiXmlElement element("");
         const char* const rest = element.Parse(text, nullptr, encoding_);
         if (rest != nullptr && isRecord)
-            take_(element);
+            Take(element);
         return rest;
     }
     const std::unique_ptr<TiXmlNode> node(Identify(text, encoding_));
     if (node == nullptr)
         return nullptr;
     return node->Parse(text, nullptr, encoding_);
+}
+
+void RecordParser::Take(const TiXmlElement& element)
+{
+    attributes_.clear();
+    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
+         attribute = attribute->Next())
+        attributes_.push_back({attribute->NameTStr(), attribute->ValueStr()});
+    take_({element.ValueStr(), attributes_});
 }
 
 // The start tag alone goes to TinyXML, as an element without content.
@@ -207,51 +233,17 @@ ReadXmlRecords(const String& path, const char* root, XmlProlog& prolog, const Ta
     return XmlResult::Failed;
 }
 
-bool IsNamed(const TiXmlElement& element, const char* name)
+bool IsNamed(const XmlRecord& record, std::string_view name)
 {
-    return common::string_compare_no_case(element.ValueStr(), name) == 0;
+    return IsSameName(record.name, name);
 }
 
-std::string_view GetAttribute(const TiXmlElement& element, const char* name)
+std::string_view GetAttribute(const XmlRecord& record, std::string_view name)
 {
-    for (const TiXmlAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
-         attribute = attribute->Next())
-        if (common::string_compare_no_case(attribute->NameTStr(), name) == 0)
-            return attribute->ValueStr();
+    for (const XmlAttribute& attribute : record.attributes)
+        if (IsSameName(attribute.name, name))
+            return attribute.value;
     return {};
-}
-
-XmlRecordWriter::XmlRecordWriter(const String& path, const char* root)
-    : file_(path)
-    , root_(root)
-{
-    TiXmlDeclaration("1.0", "utf-8", "no").Print(nullptr, 0, &buffer_);
-    buffer_ += "\n<" + root_;
-}
-
-void XmlRecordWriter::Write(const TiXmlElement& record)
-{
-    buffer_ += isEmpty_ ? ">\n    <" : "    <";
-    isEmpty_ = false;
-    buffer_ += record.ValueStr();
-    for (const TiXmlAttribute* attribute = record.FirstAttribute(); attribute != nullptr;
-         attribute = attribute->Next()) {
-        buffer_ += ' ';
-        attribute->Print(nullptr, 0, &buffer_);
-    }
-    buffer_ += " />\n";
-    if (buffer_.size() < kWriteBlock)
-        return;
-    file_.Write(buffer_);
-    buffer_.clear();
-}
-
-bool XmlRecordWriter::Commit()
-{
-    buffer_ += isEmpty_ ? " />\n" : "</" + root_ + ">\n";
-    file_.Write(buffer_);
-    buffer_.clear();
-    return file_.Commit();
 }
 
 } // namespace kivo::tunehive

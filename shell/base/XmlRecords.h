@@ -1,13 +1,11 @@
 #pragma once
 
 #include "shell/contracts/base/String.h"
-#include "shell/contracts/framework/Files.h"
 
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
-
-class TiXmlElement;
 
 // The system's own XML files all have one shape: a declaration, a root element, and below it a flat
 // list of elements that hold attributes alone. They are read and written element by element, so
@@ -38,11 +36,22 @@ struct XmlProlog {
     std::string encoding;    // As it is spelt there; empty if it names none.
 };
 
-using TakeXmlRecord = std::function<void(const TiXmlElement&)>;
+struct XmlAttribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+// An element: its name and its attributes in the order of the file, no name twice.
+struct XmlRecord {
+    std::string_view name;
+    std::span<const XmlAttribute> attributes;
+};
+
+using TakeXmlRecord = std::function<void(const XmlRecord&)>;
 
 // Reads the elements below the first root of that name, in document order. `prolog` is set before
-// the first call of `take`; the element is only lent. On any other result than Read forget what
-// was taken. Bounds: 256 MB, 64 levels, 256 attributes an element.
+// the first call of `take`; the record and its texts are only lent. On any other result than Read
+// forget what was taken. Bounds: 256 MB, 64 levels, 256 attributes an element.
 [[nodiscard]] XmlResult
 ReadXmlRecords(const String& path, const char* root, XmlProlog& prolog, const TakeXmlRecord& take);
 
@@ -50,25 +59,9 @@ ReadXmlRecords(const String& path, const char* root, XmlProlog& prolog, const Ta
 [[nodiscard]] XmlResult
 ParseXmlRecords(std::string bytes, const char* root, XmlProlog& prolog, const TakeXmlRecord& take);
 
-[[nodiscard]] bool IsNamed(const TiXmlElement& element, const char* name);
+[[nodiscard]] bool IsNamed(const XmlRecord& record, std::string_view name);
 
-// The value of the first attribute of that name; empty if there is none. Lives with the element.
-[[nodiscard]] std::string_view GetAttribute(const TiXmlElement& element, const char* name);
-
-// Writes such a file anew, all or nothing, in UTF-8 and byte for byte as TiXmlDocument would save
-// it.
-class XmlRecordWriter {
-public:
-    XmlRecordWriter(const String& path, const char* root);
-
-    void Write(const TiXmlElement& record); // Its name and attributes.
-    [[nodiscard]] bool Commit();            // True: the file holds what was written.
-
-private:
-    CDurableFile file_;
-    std::string root_;
-    bool isEmpty_ = true;
-    std::string buffer_;
-};
+// The value of the first attribute of that name; empty if there is none. Lives with the record.
+[[nodiscard]] std::string_view GetAttribute(const XmlRecord& record, std::string_view name);
 
 } // namespace kivo::tunehive

@@ -1,5 +1,6 @@
 #include "mediares/ItemFile.h"
 
+#include "medialib/MediaInfo.h"
 #include "shell/contracts/common/Text.h"
 #include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
@@ -19,26 +20,33 @@ std::vector<MediaInfo> Read(const String& path, XmlResult& result, bool keepsOld
 {
     std::vector<MediaInfo> items;
     result = ReadItemFile(
-        path, [&items](const MediaInfo& item) { items.push_back(item); }, keepsOlder);
+        path,
+        [&items](const String& itemPath, const String& name) {
+            items.push_back({
+                {kItemPath, itemPath},
+                {kItemName, name    }
+            });
+        },
+        keepsOlder);
     return items;
 }
 
 int Write(const String& path, const std::vector<MediaInfo>& items)
 {
-    return WriteItemFile(path, [&items](const TakeItem& write) {
+    return WriteItemFile(path, [&items](const WriteItem& write) {
         for (const MediaInfo& item : items)
-            write(item);
+            write(common::CString_to_utf8(GetInfoText(item, kItemPath)),
+                  common::CString_to_utf8(GetInfoText(item, kItemName)));
     });
 }
 
 TEST(ItemFile, IsWrittenToTheByte)
 {
     const test::TempFolder folder;
-    // Other keys stay in memory; a missing name is an empty one.
     ASSERT_EQ(Write(folder.GetPath("f"),
                     {
-                        {{0, u"/a&\"b"}, {1, u"中"}, {4, u"x"}},
-                        {{0, u"/c"}    }
+                        {{0, u"/a&\"b"}, {1, u"中"}},
+                        {{0, u"/c"},     {1, u""}   }
     }),
               1);
     EXPECT_EQ(folder.Read("f"),

@@ -1,5 +1,7 @@
 #include "mediares/PackedText.h"
 
+#include "shell/contracts/common/Text.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -7,11 +9,6 @@
 
 namespace kivo::tunehive {
 namespace {
-
-int Sign(int value)
-{
-    return (value > 0 ? 1 : 0) - (value < 0 ? 1 : 0);
-}
 
 std::vector<String> MakeTexts()
 {
@@ -47,14 +44,31 @@ TEST(PackedText, ComesBackExactly)
     EXPECT_EQ(PackedText().Unpack(), u"");
 }
 
-TEST(PackedText, ComparesAsStringsDo)
+TEST(PackedText, IsTheSameForTheSameTextAlone)
 {
     const std::vector<String> texts = MakeTexts();
     for (const String& a : texts)
-        for (const String& b : texts) {
-            EXPECT_EQ(Sign(PackedText(a).Compare(PackedText(b))), Sign(a.compare(b)));
-            EXPECT_EQ(Sign(PackedText(a).Compare(b)), Sign(a.compare(b)));
+        for (const String& b : texts)
+            EXPECT_EQ(PackedText(a) == PackedText(b), a == b);
+}
+
+TEST(PackedText, ItsUtf8IsThatOfTheText)
+{
+    for (const String& text : MakeTexts()) {
+        std::string scratch;
+        EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
+    }
+    // Each place of a word of eight, and the rest behind it.
+    for (const char16_t unit : {u'\0', u'\x01', u'\x7F', u'\x80', u'\xFF'}) {
+        for (std::size_t place = 0; place < 19; ++place) {
+            String text(19, u'x');
+            text[place] = unit;
+            std::string scratch;
+            EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
         }
+    }
+    std::string scratch;
+    EXPECT_EQ(PackedText().ToUtf8(scratch), "");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "shell/base/XmlRecords.h"
 
+#include "shell/base/XmlRecordWriter.h"
+#include "shell/contracts/common/Text.h"
 #include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
 
@@ -23,8 +25,9 @@ Outcome Parse(const std::string& text)
 {
     Outcome outcome;
     outcome.result =
-        ParseXmlRecords(text, "Root", outcome.prolog, [&outcome](const TiXmlElement& element) {
-            outcome.records += element.ValueStr() + ':' + std::string(GetAttribute(element, "v"));
+        ParseXmlRecords(text, "Root", outcome.prolog, [&outcome](const XmlRecord& record) {
+            outcome.records += std::string(record.name) + ':';
+            outcome.records += GetAttribute(record, "v");
             outcome.records += ',';
         });
     return outcome;
@@ -85,6 +88,11 @@ const ParseCase kParseCases[] = {
     {"AnAttributeWithoutAValue",   "<Root><a v/></Root>",                              XmlResult::Failed, ""          },
     {"ABrokenElementBehindIt",     "<Root><a v='1'/></Root><b",                        XmlResult::Failed, "a:1,"      },
     {"ANulEndsTheText",            kZeroByteInside,                                    XmlResult::Failed, "a:1,"      },
+    {"BlanksAroundTheSign",        "<Root><a v = '1' /></Root>",                       XmlResult::Read,   "a:1,"      },
+    {"NoBlankBetweenAttributes",   "<Root><a w='0'v='1'/></Root>",                     XmlResult::Read,   "a:1,"      },
+    {"AnotherQuoteInside",         "<Root><a v='\"/>\"'/></Root>",                     XmlResult::Read,   "a:\"/>\"," },
+    {"AnEmptyElement",             "<Root><a/><b /></Root>",                           XmlResult::Read,   "a:,b:,"    },
+    {"ASlashWithoutItsEnd",        "<Root><a v='1'/ ></Root>",                         XmlResult::Failed, ""          },
     {"TooDeep",                    kTooDeep,                                           XmlResult::Failed, ""          },
     {"AQuoteBehindALeadByte",
      kHead + "<Root><a v=\"\xE4\"/><b v=\"2\"/></Root>",
@@ -146,7 +154,7 @@ TEST(ReadXmlRecords, AMissingFileAndAFolderAreToldApart)
 {
     const test::TempFolder folder;
     XmlProlog prolog;
-    const auto ignore = [](const TiXmlElement&) {};
+    const auto ignore = [](const XmlRecord&) {};
     EXPECT_EQ(ReadXmlRecords(folder.GetPath("none"), "Root", prolog, ignore), XmlResult::Missing);
     EXPECT_EQ(ReadXmlRecords(folder.GetPath(), "Root", prolog, ignore), XmlResult::Failed);
 }
@@ -160,21 +168,28 @@ Outcome ParseAsTree(const std::string& text)
     if (document.Error() && document.ErrorId() != TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY)
         return outcome;
     const TiXmlElement* root = document.FirstChildElement();
-    while (root != nullptr && !IsNamed(*root, "Root"))
+    while (root != nullptr && common::string_compare_no_case(root->ValueStr(), "Root") != 0)
         root = root->NextSiblingElement();
     outcome.result = root != nullptr ? XmlResult::Read : XmlResult::NoRoot;
     for (const auto* element = root != nullptr ? root->FirstChildElement() : nullptr;
          element != nullptr;
-         element = element->NextSiblingElement())
-        outcome.records +=
-            element->ValueStr() + ':' + std::string(GetAttribute(*element, "v")) + ',';
+         element = element->NextSiblingElement()) {
+        std::string value;
+        for (const auto* attribute = element->FirstAttribute();
+             attribute != nullptr && value.empty();
+             attribute = attribute->Next())
+            if (common::string_compare_no_case(attribute->NameTStr(), "v") == 0)
+                value = attribute->ValueStr();
+        outcome.records += element->ValueStr() + ':' + value + ',';
+    }
     return outcome;
 }
 
 TEST(ParseXmlRecords, AgreesWithTheTreeOnDamagedTexts)
 {
     const std::string whole = "<?xml version=\"1.0\" encoding=\"gbk\"?><!-- c -->\n<x/><Root a='1'>"
-                              "<a v=\"&lt;1&amp;\"/>t<b v='2'><c/></b><![CDATA[<d>]]></Root>\n<y/>";
+                              "<a v=\"&lt;1&amp;\"/>t<b v='2'><c/></b><![CDATA[<d>]]>"
+                              "<e.1 x='0' v=\"3\" />\n<f\tv='4'/></Root>\n<y/>";
     std::mt19937 random(20060401);
     const auto pick = [&random](std::size_t below) { return random() % below; };
     const std::string_view signs = "<>/\"'=!-?[]& aRv";
@@ -200,9 +215,14 @@ TEST(ParseXmlRecords, AgreesWithTheTreeOnDamagedTexts)
 
 TEST(XmlRecordWriter, WritesTheBytesThatADocumentSaves)
 {
-    const std::vector<std::string> values = {
+    std::vector<std::string> values = {
         "", "plain", " both ends ", "<&>'", "two \" and '", "\x01\t\n\r\x1F", "中", "\xED\xB2\x80"};
-    for (std::size_t count = 0; count <= values.size(); ++count) {
+    // Each byte but the zero one, at some place of a word of eight or behind it.
+    for (int byte = 1; byte < 256; ++byte) {
+        values.emplace_back(19, 'x');
+        values.back()[static_cast<std::size_t>(byte % 19)] = static_cast<char>(byte);
+    }
+    for (const std::size_t count : {std::size_t{0}, std::size_t{1}, values.size()}) {
         SCOPED_TRACE(count);
         const test::TempFolder folder;
         TiXmlDocument document;
@@ -211,10 +231,15 @@ TEST(XmlRecordWriter, WritesTheBytesThatADocumentSaves)
         document.LinkEndChild(root);
         XmlRecordWriter writer(folder.GetPath("ours"), "Root");
         for (std::size_t i = 0; i < count; ++i) {
+            const std::string& other = values[values.size() - 1 - i];
             TiXmlElement record("Record");
             record.SetAttribute("first", values[i]);
-            record.SetAttribute("second", values[values.size() - 1 - i]);
-            writer.Write(record);
+            record.SetAttribute("second", other);
+            writer.Write("Record",
+                         {
+                             {"first",  values[i]},
+                             {"second", other    }
+            });
             root->InsertEndChild(record);
         }
         ASSERT_TRUE(writer.Commit());
@@ -229,17 +254,18 @@ TEST(XmlRecordWriter, WhatItWritesIsReadBack)
     const std::string value = "\x01\t\n \"'<&> 中 \xED\xB2\x80 ";
     XmlRecordWriter writer(folder.GetPath("file"), "Root");
     constexpr int kRecords = 50000; // More than one block of the writer.
-    TiXmlElement record("r");
-    record.SetAttribute("v", value);
     for (int i = 0; i < kRecords; ++i)
-        writer.Write(record);
+        writer.Write("r",
+                     {
+                         {"v", value}
+        });
     ASSERT_TRUE(writer.Commit());
 
     XmlProlog prolog;
     int count = 0;
     const XmlResult result = ReadXmlRecords(
-        folder.GetPath("file"), "Root", prolog, [&count, &value](const TiXmlElement& element) {
-            count += GetAttribute(element, "v") == value ? 1 : 0;
+        folder.GetPath("file"), "Root", prolog, [&count, &value](const XmlRecord& record) {
+            count += GetAttribute(record, "v") == value ? 1 : 0;
         });
     EXPECT_EQ(result, XmlResult::Read);
     EXPECT_EQ(count, kRecords);
