@@ -1,6 +1,7 @@
 #include "host/Texts.h"
 
 #include "host/UserLanguage.h"
+#include "platform/base/CodePages.h"
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 
@@ -35,7 +36,7 @@ void AddTable(const fs::path& folder, const std::string& language)
 void LoadTexts(const std::string& appFolder, const std::string& locale)
 {
     const std::vector<std::string> names = GetLanguages(locale);
-    common::SetLegacyCodePage(GetCodePageOf(names.front()));
+    common::SetLegacyCodePage(LegacyCodePageOf(names.front()));
     const auto language = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
         return HasTable(appFolder, name);
     });

@@ -8,48 +8,6 @@ namespace kivo::host {
 
 namespace {
 
-struct LanguageCodePage {
-    std::string_view language;
-    int codePage;
-};
-
-// By language, or by language and country where that decides.
-constexpr LanguageCodePage kCodePages[] = {
-    {"zh_TW", 950 },
-    {"zh_HK", 950 },
-    {"zh_MO", 950 },
-    {"zh",    936 },
-    {"ja",    932 },
-    {"ko",    949 },
-    {"ru",    1251},
-    {"uk",    1251},
-    {"be",    1251},
-    {"bg",    1251},
-    {"mk",    1251},
-    {"sr",    1251},
-    {"pl",    1250},
-    {"cs",    1250},
-    {"sk",    1250},
-    {"hu",    1250},
-    {"sl",    1250},
-    {"hr",    1250},
-    {"ro",    1250},
-    {"sq",    1250},
-    {"el",    1253},
-    {"tr",    1254},
-    {"az",    1254},
-    {"he",    1255},
-    {"ar",    1256},
-    {"fa",    1256},
-    {"ur",    1256},
-    {"et",    1257},
-    {"lv",    1257},
-    {"lt",    1257},
-    {"vi",    1258},
-    {"th",    874 },
-};
-constexpr int kWesternCodePage = 1252;
-
 std::string GetVariable(const char* name)
 {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): read before the first thread starts
@@ -111,16 +69,6 @@ std::string GetEnvironmentLocale()
         return "C";
     const std::string preferred = GetVariable("LANGUAGE");
     return preferred.empty() ? locale : preferred + ":" + locale;
-}
-
-int GetCodePageOf(std::string_view language)
-{
-    for (const auto& [name, codePage] : kCodePages) {
-        if (language == name || (name.find('_') == std::string_view::npos &&
-                                 language.substr(0, language.find('_')) == name))
-            return codePage;
-    }
-    return kWesternCodePage;
 }
 
 } // namespace kivo::host

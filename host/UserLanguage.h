@@ -16,7 +16,4 @@ namespace kivo::host {
 // first unless that is "C".
 [[nodiscard]] std::string GetEnvironmentLocale();
 
-// The Windows code page in which older files of a user of that language are written.
-[[nodiscard]] int GetCodePageOf(std::string_view language);
-
 } // namespace kivo::host

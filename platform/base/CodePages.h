@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/contracts/base/Export.h"
 #include "shell/contracts/base/String.h"
 
 #include <optional>
@@ -28,6 +29,6 @@ struct Converter {
 [[nodiscard]] std::optional<std::string> EncodeWith(const Converter& converter, StringView text);
 
 // The legacy code page of a language as "zh_TW", "ru-RU" or "de_DE.UTF-8" name it; 1252 if unknown.
-[[nodiscard]] int LegacyCodePageOf(std::string_view language);
+[[nodiscard]] KIVO_API int LegacyCodePageOf(std::string_view language);
 
 } // namespace kivo

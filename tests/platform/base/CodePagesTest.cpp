@@ -269,6 +269,7 @@ TEST(CodePages, LanguagesHaveTheirLegacyPage)
         {"zh",          936 },
         {"zh_TW",       950 },
         {"zh-TW",       950 },
+        {"sr_RS@latin", 1251},
         {"zh_HK.UTF-8", 950 },
         {"ja_JP",       932 },
         {"ko",          949 },
