@@ -1,5 +1,6 @@
 #include "host/Arguments.h"
 #include "host/Program.h"
+#include "platform/base/BrowserSafety.h"
 
 #include <unistd.h>
 
@@ -27,6 +28,7 @@ std::string GetStartFolder()
 int main(int argc, char** argv)
 {
     constexpr int kWrongUse = 2;
+    kivo::SecureBrowserEnvironment();
     const std::vector<std::string> arguments(argv, argv + argc);
     kivo::host::ParsedArguments parsed = kivo::host::ParseArguments(arguments, GetStartFolder());
     if (parsed.options.showHelp || parsed.options.showVersion) {
