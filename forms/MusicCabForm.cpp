@@ -23,7 +23,7 @@ constexpr int kOpenMode = 3;
 constexpr char16_t kBrowserName[] = u"Kivo.Plugin.MusicCabForm.Navigator";
 constexpr StringView kMarker = u"kivo=1"; // Turns a link into a command.
 
-// What follows the first `label` in a piece; the whole piece's end if it isn't there.
+// What follows the first `label` in a piece; empty if it isn't there.
 String ValueBehind(const String& piece, StringView label)
 {
     const std::size_t at = piece.find(label);

@@ -29,7 +29,8 @@ protected:
 // user closes it. Thread: user interface.
 class CMusicCabForm : public ui::CSkinForm, public ui::UrlTranslateHandler {
 public:
-    explicit CMusicCabForm(IMusicCabOwner* owner); // Borrowed; null: music links do nothing.
+    // The owner is borrowed; null: music links do nothing.
+    explicit CMusicCabForm(IMusicCabOwner* owner = nullptr);
 
     int Create(CWnd* parent); // 1: the window is there. The browser may be missing all the same.
     [[nodiscard]] bool HasBrowser() const { return browser_ != nullptr; }

@@ -32,6 +32,13 @@ void CSkinWebBrowser::Navigate(const String& url)
         peer->Navigate(url);
 }
 
+void CSkinWebBrowser::OnNavigation(const String& url)
+{
+    String replacement;
+    if (handler_ != nullptr)
+        handler_->TranslateUrl(/*reserved=*/0, url, replacement);
+}
+
 void CSkinWebBrowser::OnLoadStarted()
 {
     BrowserEventArgs args{GetControlId(), BrowserEvent::DownloadBegin, /*cancel=*/false};
@@ -48,10 +55,7 @@ void CSkinWebBrowser::OnLoadFinished()
 bool CSkinWebBrowser::OnNewWindow(const String& url)
 {
     const LifeWatch life = Watch();
-    if (handler_ != nullptr) {
-        String replacement;
-        handler_->TranslateUrl(/*reserved=*/0, url, replacement);
-    }
+    OnNavigation(url);
     if (!life.IsAlive())
         return true;
     BrowserEventArgs args{GetControlId(), BrowserEvent::NewWindow2, /*cancel=*/false};

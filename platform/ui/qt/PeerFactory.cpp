@@ -1,5 +1,6 @@
 #include "platform/ui/qt/PeerFactory.h"
 
+#include "platform/ui/qt/BrowserPeer.h"
 #include "platform/ui/qt/ControlPeers.h"
 #include "platform/ui/qt/FormPeer.h"
 #include "platform/ui/qt/ListPeer.h"
@@ -8,24 +9,7 @@
 #include "shell/contracts/ui/SkinTree.h"
 #include "shell/contracts/ui/SkinWebBrowser.h"
 
-#include <utility>
-
 namespace kivo::ui::qt {
-
-namespace {
-
-BrowserMaker& GetBrowserMaker()
-{
-    static BrowserMaker maker;
-    return maker;
-}
-
-} // namespace
-
-void SetBrowserMaker(BrowserMaker maker)
-{
-    GetBrowserMaker() = std::move(maker);
-}
 
 std::unique_ptr<IPeer> PeerFactory::MakePanel(CSkinObject& panel)
 {
@@ -89,8 +73,7 @@ std::unique_ptr<IListPeer> PeerFactory::MakeTree(CSkinTree& tree)
 
 std::unique_ptr<IBrowserPeer> PeerFactory::MakeBrowser(CSkinWebBrowser& browser)
 {
-    const BrowserMaker& make = GetBrowserMaker();
-    return make ? make(browser, ParentWidgetOf(browser)) : nullptr;
+    return MakeBrowserPeer(browser);
 }
 
 IMenu* PeerFactory::RunMenu(CSkinForm* form, IMenu& menu, int x, int y)

@@ -1,19 +1,10 @@
 #pragma once
 
 #include "platform/ui/Peers.h"
-#include "shell/contracts/base/Export.h"
 
-#include <functional>
 #include <memory>
 
-class QWidget;
-
 namespace kivo::ui::qt {
-
-// Makes the browser's peer inside `parent`; null: it can't. Who loads the browser's module sets it.
-using BrowserMaker =
-    std::function<std::unique_ptr<IBrowserPeer>(CSkinWebBrowser& browser, QWidget* parent)>;
-KIVO_API void SetBrowserMaker(BrowserMaker maker); // Empty: browsers can't be created.
 
 // Makes the peers on Qt Widgets. Thread: user interface.
 class PeerFactory final : public IPeerFactory {

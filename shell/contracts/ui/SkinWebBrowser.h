@@ -48,6 +48,7 @@ public:
     [[nodiscard]] const String& GetURL() const { return url_; } // The last one asked for.
 
     // Reports of the peer.
+    void OnNavigation(const String& url); // The page itself is about to go there.
     void OnLoadStarted();
     void OnLoadFinished();
     bool OnNewWindow(const String& url); // True: cancelled. May destroy the browser.
