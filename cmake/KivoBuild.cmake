@@ -78,15 +78,22 @@ function(kivo_interface name)
   target_link_libraries(${name} INTERFACE kivo_options ${ARG_LINK})
 endfunction()
 
-# kivo_test(NAME SOURCES … LINK … [LABELS …] [TIMEOUT seconds] [ENVIRONMENT …]): a GoogleTest program.
+# kivo_test(NAME SOURCES … LINK … [LABELS …] [TIMEOUT seconds] [ENVIRONMENT …] [WHOLE]): a GoogleTest program.
 # The label `unit` says: quick logic, also run under AddressSanitizer; `threads`: under ThreadSanitizer.
+# WHOLE: one process runs all of its tests, where the start of one is dear.
 function(kivo_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "WHOLE" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE kivo_options kivo_warnings ${ARG_LINK} GTest::gtest GTest::gtest_main)
+  if(ARG_WHOLE)
+    kivo_test_properties(properties ${name} "${ARG_LABELS}" "${ARG_ENVIRONMENT}")
+    add_test(NAME ${name} COMMAND ${name})
+    cmake_language(EVAL CODE "set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${properties})")
+    return()
+  endif()
   # Without NO_PRETTY_VALUES the names of parametrised tests hold addresses and change at each run.
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   # Properties that are lists don't survive gtest_discover_tests, so they follow in a file of their own.

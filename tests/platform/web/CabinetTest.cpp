@@ -1,0 +1,207 @@
+#include "tests/platform/web/WebDesk.h"
+#include "tests/support/CaseName.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QPushButton>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <ostream>
+
+namespace kivo::test {
+namespace {
+
+constexpr char16_t kOutside[] = u"http://outside.example/";
+
+struct LinkCase {
+    const char* name;
+    const char* href;
+    bool isConfirmed;
+    std::vector<String> calls;
+    std::vector<String> opened;
+};
+
+void PrintTo(const LinkCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+const LinkCase kLinkCases[] = {
+    {"WithoutTheMarkerGoesOutside",
+     "https://shop.example/a%20b?x=1#part",                                                      true,
+     {},
+     {u"https://shop.example/a%20b?x=1#part"}                                                                 },
+    {"OneStopsAddsAndPlays",
+     "http://m.example/a.mp3?kivo=1&p=1&song=Snow&singer=Ada",                                   true,
+     {u"stop", u"add playing | http://m.example/a.mp3 | Snow - Ada", u"play playing s"},
+     {}                                                                                                       },
+    {"ZeroAsksAndAddsWhatTheFormGivesBack",
+     "http://m.example/a.mp3?kivo=1&p=0&song=Snow&singer=Ada",                                   true,
+     {u"ask http://m.example/a.mp3 | Snow - Ada",
+      u"add mine | http://m.example/a.mp3 | Snow - Ada"},
+     {}                                                                                                       },
+    {"ZeroAddsNothingUnlessConfirmed",
+     "http://m.example/a.mp3?kivo=1&p=0&song=Snow&singer=Ada",                                   false,
+     {u"ask http://m.example/a.mp3 | Snow - Ada"},
+     {}                                                                                                       },
+    {"TextsStayEncoded",
+     "http://m.example/a%20b.mp3?id=7&kivo=1&p=1&song=%E6%98%A5%20x&singer=%3F",                 true,
+     {u"stop",
+      u"add playing | http://m.example/a%20b.mp3?id=7 | %E6%98%A5%20x - %3F",
+      u"play playing s"},
+     {}                                                                                                       },
+    {"AnyCharacterSeparates",
+     "mms://m.example/live;kivo=1;p=1&song=S&singer=T",                                          true,
+     {u"stop", u"add playing | mms://m.example/live | S - T", u"play playing s"},
+     {}                                                                                                       },
+    {"AnotherActionDoesNothing",            "http://m.example/a?kivo=1&p=2&song=S&singer=T",     true,  {}, {}},
+    {"TwoFieldsDoNothing",                  "http://m.example/a?kivo=1&p=1&song=S",              true,  {}, {}},
+    {"FourFieldsDoNothing",                 "http://m.example/a?kivo=1&p=1&song=S&singer=T&x=y", true,  {}, {}},
+    {"AMarkerAloneDoesNothing",             "http://m.example/a?kivo=1",                         true,  {}, {}},
+    {"AFileIsNoLink",                       "file:///tmp/a?kivo=1&p=1&song=S&singer=T",          true,  {}, {}},
+    {"AScriptIsNoLink",                     "javascript:'?kivo=1&p=1&song=S&singer=T'",          true,  {}, {}},
+    {"DataAreNoLink",                       "data:text/html,x?kivo=1&p=1&song=S&singer=T",       true,  {}, {}},
+    {"AProgramIsNoLink",                    "mailto:a@b.example",                                true,  {}, {}},
+};
+
+class CabinetLinkTest : public testing::TestWithParam<LinkCase> {};
+
+TEST_P(CabinetLinkTest, Leads)
+{
+    const LinkCase& row = GetParam();
+    // The first click follows the link, the second one that goes outside: then all has been done.
+    Cabinet cabinet(MakeLinkPage(row.href,
+                                 "setTimeout(() => { if (link.done) return; link.done = true;"
+                                 "link.href = 'http://outside.example/'; tell('next'); })"));
+    cabinet.owner.ask = [&row] { return row.isConfirmed; };
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    cabinet.Click();
+    ASSERT_TRUE(cabinet.WaitForWord("next"));
+    cabinet.Click();
+    std::vector<String>& opened = WebDesk::Get().opened;
+    ASSERT_TRUE(WaitUntil([&opened] { return !opened.empty() && opened.back() == kOutside; }));
+    opened.pop_back();
+    EXPECT_EQ(cabinet.owner.calls, row.calls);
+    EXPECT_EQ(opened, row.opened);
+}
+
+INSTANTIATE_TEST_SUITE_P(Web, CabinetLinkTest, testing::ValuesIn(kLinkCases), CaseName<LinkCase>);
+
+TEST(Cabinet, TheSameLinkTwiceAddsTwice)
+{
+    const Cabinet cabinet(
+        MakeLinkPage("http://m.example/a?kivo=1&p=1&song=S&singer=T", "tell('clicked')"));
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    const std::vector<String> once{
+        u"stop", u"add playing | http://m.example/a | S - T", u"play playing s"};
+    std::vector<String> twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    cabinet.Click();
+    ASSERT_TRUE(WaitUntil([&] { return cabinet.owner.calls.size() >= once.size(); }));
+    cabinet.Click();
+    WaitUntil([&] { return cabinet.owner.calls.size() >= twice.size(); });
+    EXPECT_EQ(cabinet.owner.calls, twice);
+}
+
+TEST(Cabinet, ALinkOfTheSameWindowIsFollowedInside)
+{
+    WebDesk::Get().server.ServeBytes("/inside", "inside", "text/html");
+    const Cabinet cabinet(MakeLinkPage("/inside", "link.target = ''"));
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    cabinet.Click();
+    EXPECT_TRUE(WaitUntil([] { return WebDesk::Get().server.CountRequests("/inside") > 0; }));
+    EXPECT_TRUE(WebDesk::Get().opened.empty());
+}
+
+TEST(Cabinet, MayGoWhileItsPageLoads)
+{
+    HttpServer& server = WebDesk::Get().server;
+    server.Serve("/slow", [](const HttpRequest&, const HttpAnswer& answer) {
+        answer.Send("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n<p>begun");
+        answer.Hang();
+    });
+    Cabinet slow("<script>location = '/slow'</script>");
+    ASSERT_TRUE(WaitUntil([&server] { return server.CountRequests("/slow") > 0; }));
+    slow.Close();
+    EXPECT_FALSE(slow.IsOpen());
+    const Cabinet next(MakeLinkPage(""));
+    EXPECT_TRUE(next.WaitForWord("ready"));
+}
+
+TEST(Cabinet, MayGoWhileItsLinkIsAsked)
+{
+    Cabinet cabinet(MakeLinkPage("http://m.example/a?kivo=1&p=0&song=S&singer=T"));
+    bool hasGone = false;
+    cabinet.owner.ask = [&] {
+        cabinet.Close();
+        hasGone = true;
+        return true;
+    };
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    cabinet.Click();
+    ASSERT_TRUE(WaitUntil([&hasGone] { return hasGone; }));
+    EXPECT_FALSE(cabinet.IsOpen());
+    EXPECT_EQ(cabinet.owner.calls.back(), u"add mine | http://m.example/a | S - T");
+}
+
+TEST(Cabinet, NothingStaysOfAPage)
+{
+    {
+        const Cabinet first("<script>document.cookie = 'a=1; max-age=9999';"
+                            "tell(document.cookie ? 'kept' : 'lost')</script>");
+        ASSERT_TRUE(first.WaitForWord("kept"));
+    }
+    const Cabinet second("<script>tell(document.cookie ? 'kept' : 'lost')</script>");
+    EXPECT_TRUE(second.WaitForWord("lost"));
+}
+
+// The processes of pages: they come from one that the browser starts, so they are our
+// grandchildren.
+std::vector<pid_t> FindPageProcesses()
+{
+    std::map<pid_t, pid_t> parents;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream stat(entry.path() / "stat");
+        pid_t pid = 0;
+        pid_t parent = 0;
+        std::string name;
+        std::string state;
+        if (stat >> pid >> name >> state >> parent)
+            parents[pid] = parent;
+    }
+    std::vector<pid_t> found;
+    for (const auto& [pid, parent] : parents) {
+        const auto above = parents.find(parent);
+        if (above != parents.end() && above->second == getpid())
+            found.push_back(pid);
+    }
+    return found;
+}
+
+TEST(Cabinet, APageThatDiesCanBeLoadedAgain)
+{
+    const Cabinet cabinet(MakeLinkPage(""));
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    const std::vector<pid_t> renderers = FindPageProcesses();
+    ASSERT_FALSE(renderers.empty());
+    for (const pid_t renderer : renderers)
+        kill(renderer, SIGKILL);
+    QPushButton* button = nullptr;
+    ASSERT_TRUE(WaitUntil([&] {
+        button = cabinet.GetPage()->parentWidget()->findChild<QPushButton*>();
+        return button != nullptr && button->isVisible();
+    }));
+    EXPECT_EQ(button->text(), QStringLiteral("Load again"));
+    HttpServer& server = WebDesk::Get().server;
+    const std::size_t loads = server.CountRequests("/music/kivo_tj.jsp");
+    button->click();
+    EXPECT_TRUE(WaitUntil([&] { return server.CountRequests("/music/kivo_tj.jsp") > loads; }));
+    EXPECT_TRUE(WaitUntil([&] { return cabinet.GetPage()->isVisible(); }));
+}
+
+} // namespace
+} // namespace kivo::test
