@@ -105,10 +105,12 @@ CSkinCombox::~CSkinCombox() = default;
 
 int CSkinCombox::Create(unsigned style, const Rect& bounds, CWnd* parent)
 {
+    // The height is that of the open list; the closed box is as high as its font wants it.
+    const Rect field{bounds.left, bounds.top, bounds.right, bounds.top};
     return CSkinWnd::Create(style | wndstyle::kChild | wndstyle::kVisible,
                             u"ComboBox",
                             String(),
-                            bounds,
+                            field,
                             parent,
                             /*id=*/0);
 }

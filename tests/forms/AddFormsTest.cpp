@@ -77,6 +77,7 @@ TEST_F(AddFormsTest, TheFileFormOffersPlayingFirstAndNeverHot)
     Strings offered;
     Script([&](ui::CSkinForm& form) {
         offered = Combo(form).GetItems();
+        EXPECT_LT(Combo(form).GetHeight(), 50) << "the height at its creation is the open list's";
         Combo(form).SetCurSel(2);
         Press(form, u"BtnOK");
     });

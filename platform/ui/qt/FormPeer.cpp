@@ -43,6 +43,13 @@ public:
         return all;
     }
 
+    // Else a default button would have the keyboard from the start, or nothing in a pop-up.
+    void FocusFirst()
+    {
+        if (focusWidget() == nullptr)
+            focusNextChild();
+    }
+
     // What the plain form does to the window must not come back as the user's doing.
     // Nor may the user's doing come back to the window: a frame that is still being put around it
     // would lose its place.
@@ -92,8 +99,7 @@ protected:
         QDialog::showEvent(event);
         if (form_ == nullptr || !form_->IsPopup())
             return;
-        if (focusWidget() == nullptr)
-            focusNextChild(); // A pop-up gets no activation of its own.
+        FocusFirst();
         Send(wndmessage::kActivate, 1);
     }
 
@@ -203,6 +209,7 @@ public:
                                Qt::WindowCloseButtonHint);
         widget->setFixedSize(ToQt(control_.GetBoundsRect()).size());
         ApplyDefaultButton();
+        widget->FocusFirst();
         return widget->exec(); // The form may be gone when it returns.
     }
 

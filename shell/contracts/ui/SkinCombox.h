@@ -10,7 +10,8 @@ public:
     CSkinCombox();
     ~CSkinCombox() override;
 
-    int Create(unsigned style, const Rect& bounds, CWnd* parent); // As CSWColorEdit::Create.
+    // As CSWColorEdit::Create, but for the height of `bounds`, which is that of the open list.
+    int Create(unsigned style, const Rect& bounds, CWnd* parent);
 
     int AddString(const String& text); // The row's index.
     void ResetContent();               // No rows, no selection.
