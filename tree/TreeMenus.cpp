@@ -17,6 +17,12 @@ namespace {
 
 constexpr int kSeparator = 0;
 
+// What the keyboard does on a row.
+constexpr char16_t kPlayKeys[] = u"Return";
+constexpr char16_t kPauseKeys[] = u"Space";
+constexpr char16_t kDeleteKeys[] = u"Del";
+constexpr char16_t kRenameKeys[] = u"F2";
+
 struct EntryText {
     int command;
     const char16_t* textId;
@@ -79,6 +85,13 @@ public:
             return;
         }
         AddText(*menu_, GetEntryText(command), command, disabled, 0);
+    }
+
+    // An entry that a key does as well.
+    void AddWithKeys(int command, const char16_t* keys)
+    {
+        Add(command);
+        menu_->SetLastKeys(keys);
     }
 
     void Add(std::initializer_list<int> commands)
@@ -159,10 +172,12 @@ ui::IMenu* MakeGroupMenu(const ui::MenuDelegate& delegate, const String& group)
         menu.Add(kCommandPlay);
     menu.AddAddMenu();
     menu.Add({kSeparator, kCommandNewGroup});
-    if (group == kPlayingGroup)
+    if (group == kPlayingGroup) {
         menu.Add(kCommandSaveGroup);
-    else if (group != kMineGroup)
-        menu.Add({kCommandDeleteGroup, kCommandRenameGroup});
+    } else if (group != kMineGroup) {
+        menu.AddWithKeys(kCommandDeleteGroup, kDeleteKeys);
+        menu.AddWithKeys(kCommandRenameGroup, kRenameKeys);
+    }
     menu.Add({kSeparator, kCommandClearGroup});
     return menu.Take();
 }
@@ -176,15 +191,21 @@ ui::IMenu* MakeTrackMenu(const ui::MenuDelegate& delegate, const String& group, 
         return menu.Take();
     FillTargetGroups(group);
     const bool isPlaying = group == kPlayingGroup;
-    menu.Add(isPlaying && offersPause ? kCommandPause : kCommandPlay);
+    if (isPlaying && offersPause)
+        menu.AddWithKeys(kCommandPause, kPauseKeys);
+    else
+        menu.AddWithKeys(kCommandPlay, kPlayKeys);
     menu.AddTargets(
         u"STRID_TUNEHIVE_MENU_MOVETOGROUP", kCommandMoveTo, own->IsEditable() == 0 ? 1 : 0);
     menu.AddTargets(u"STRID_TUNEHIVE_MENU_COPYTOGROUP", kCommandCopyTo, /*disabled=*/0);
     menu.Add(kSeparator);
     if (isPlaying)
         menu.Add(kCommandSaveGroup);
-    if (group != kHotGroup)
-        menu.Add({kCommandDeleteTrack, kCommandRenameTrack, kSeparator, kCommandOpenTrack});
+    if (group != kHotGroup) {
+        menu.AddWithKeys(kCommandDeleteTrack, kDeleteKeys);
+        menu.AddWithKeys(kCommandRenameTrack, kRenameKeys);
+        menu.Add({kSeparator, kCommandOpenTrack});
+    }
     return menu.Take();
 }
 
@@ -195,7 +216,8 @@ ui::IMenu* MakeMultiSelectMenu(const ui::MenuDelegate& delegate)
     menu.Add(kCommandPlay);
     menu.AddTargets(u"STRID_TUNEHIVE_MENU_MOVETOGROUP", kCommandMoveTo, /*disabled=*/0);
     menu.AddTargets(u"STRID_TUNEHIVE_MENU_COPYTOGROUP", kCommandCopyTo, /*disabled=*/0);
-    menu.Add({kSeparator, kCommandDeleteTrack});
+    menu.Add(kSeparator);
+    menu.AddWithKeys(kCommandDeleteTrack, kDeleteKeys);
     return menu.Take();
 }
 

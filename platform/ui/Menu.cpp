@@ -55,6 +55,12 @@ void IMenu::AddMenu(IMenu* subMenu)
     entries_.emplace_back(subMenu);
 }
 
+void IMenu::SetLastKeys(const String& keys)
+{
+    if (!entries_.empty())
+        entries_.back()->keys_ = keys;
+}
+
 void IMenu::PopupMenu(
     CSkinForm* form, IMenu* menu, int x, int y, int /*reserved*/, const String& /*extra*/)
 {

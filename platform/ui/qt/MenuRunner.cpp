@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QHash>
+#include <QKeySequence>
 #include <QMenu>
 #include <QPointer>
 
@@ -24,6 +25,15 @@ QString EntryText(const IMenu& entry)
     return text.replace(u'&', QLatin1String("&&")).replace(u'\t', u' ');
 }
 
+// The column of keys. Not the action's own shortcut: the keys are listened to elsewhere.
+QString KeysText(const IMenu& entry)
+{
+    if (entry.GetKeys().empty())
+        return {};
+    const QKeySequence keys(ToQt(entry.GetKeys()), QKeySequence::PortableText);
+    return u'\t' + keys.toString(QKeySequence::NativeText);
+}
+
 void Fill(QMenu& target, IMenu& source, EntryMap& entries)
 {
     for (const Released<IMenu>& entry : source.GetEntries()) {
@@ -38,7 +48,7 @@ void Fill(QMenu& target, IMenu& source, EntryMap& entries)
             Fill(*below, *entry, entries);
             continue;
         }
-        QAction* action = target.addAction(EntryText(*entry));
+        QAction* action = target.addAction(EntryText(*entry) + KeysText(*entry));
         action->setEnabled(!entry->IsDisabled());
         if (entry->IsChecked()) {
             action->setCheckable(true);

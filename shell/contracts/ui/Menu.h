@@ -38,6 +38,10 @@ public:
                  const String& extra);
     void AddMenu(IMenu* subMenu); // The menu owns it from here on.
 
+    // The keys that do the same as the entry that was appended last, shown at its far end: "Del",
+    // "Ctrl+Right". They are named in the user's language; the menu itself doesn't listen to them.
+    void SetLastKeys(const String& keys);
+
     // Shows `menu` and, once it has closed, runs the delegate of the chosen entry; then the menu is
     // freed. (x, y) is a place on the screen; (-1, -1): at the pointer, or, when a key asked for
     // it, below what has the keyboard. `form` may be null. The last two are 0 and empty.
@@ -47,6 +51,7 @@ public:
     [[nodiscard]] int GetID() const { return id_; }
     [[nodiscard]] const String& GetText() const { return text_; } // In full.
     [[nodiscard]] String GetDisplayText() const;                  // At most 60 units, on one line.
+    [[nodiscard]] const String& GetKeys() const { return keys_; } // Empty: none.
     [[nodiscard]] bool IsDisabled() const { return disabled_; }
     [[nodiscard]] bool IsChecked() const { return checked_; }
     [[nodiscard]] bool IsSubMenu() const { return subMenu_; }
@@ -57,6 +62,7 @@ public:
 
 private:
     String text_;
+    String keys_;
     MenuDelegate delegate_;
     std::vector<Released<IMenu>> entries_;
     int id_ = 0;

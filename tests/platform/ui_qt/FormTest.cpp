@@ -271,6 +271,24 @@ TEST(Menu, ShowsItsEntriesAsTheyAre)
     }
 }
 
+TEST(Menu, NamesTheKeysWithoutListeningToThem)
+{
+    const Desk desk;
+    DeskPage page;
+    auto* const menu = new IMenu;
+    menu->SetLastKeys(u"F2"); // Of no entry.
+    menu->AddMenu(u"Delete\t", 1, 0, 0, {}, nullptr, {});
+    menu->SetLastKeys(u"Del");
+    menu->AddMenu(u"Open", 2, 0, 0, {}, nullptr, {});
+    InMenu([](QMenu& shown) {
+        ASSERT_EQ(shown.actions().size(), 2);
+        EXPECT_EQ(shown.actions()[0]->text(), QStringLiteral("Delete \tDel"));
+        EXPECT_TRUE(shown.actions()[0]->shortcut().isEmpty());
+        EXPECT_EQ(shown.actions()[1]->text(), QStringLiteral("Open"));
+    });
+    IMenu::PopupMenu(&page.GetForm(), menu, 20, 20, 0, {});
+}
+
 TEST(Menu, RunsTheChoiceAfterItHasClosed)
 {
     const Desk desk;
