@@ -27,7 +27,8 @@ public:
 
     // The volume form: 0 hides, 1 shows, 2 toggles; x and y on the screen.
     virtual void ShowVolForm(int action, int x, int y) = 0;
-    virtual void ForgetVolForm() = 0; // The form is about to release itself.
+    virtual void ForgetVolForm() = 0;            // The form is about to release itself.
+    virtual void OnVolFormShown(bool shown) = 0; // It has opened or closed.
 
     [[nodiscard]] virtual int GetPlayState() = 0; // The current player's state; 0 without one.
 

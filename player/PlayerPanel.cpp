@@ -137,6 +137,7 @@ int CPlayerPanel::OnBuildControlAfter()
     bar_->Create(parent_);
     bar_->SetRange(0, 100);
     bar_->SetPosition(0);
+    ShowStopButton();
     return 1;
 }
 
@@ -158,6 +159,7 @@ void CPlayerPanel::OnPlayerState(ITuneHive_AsyncCallbackParam* param)
     const int state = static_cast<ITuneHive_PlayerState*>(param)->state;
     if (EnterState(state, *player))
         lastState_ = state;
+    ShowStopButton();
 }
 
 bool CPlayerPanel::EnterState(int state, IMediaPlayer& player)
@@ -362,6 +364,7 @@ void CPlayerPanel::StopPlayback(int userStop)
     ShowPlayButton();
     ResetSlider();
     RemoveSign();
+    ShowStopButton();
 }
 
 void CPlayerPanel::ShowPlayButton()
@@ -384,6 +387,31 @@ void CPlayerPanel::ShowPauseButton()
     AddAllSubTooltip();
     RePositionSubControls();
     Refresh();
+}
+
+void CPlayerPanel::ShowStopButton()
+{
+    if (stopButton_ == nullptr || !IsBeyond())
+        return;
+    bool isOpen = addressSet_;
+    for (const PlayerState state : {PlayerState::Playing,
+                                    PlayerState::Paused,
+                                    PlayerState::Buffering,
+                                    PlayerState::Transitioning})
+        isOpen = isOpen || lastState_ == static_cast<int>(state);
+    stopButton_->SetEnabled(isOpen ? 1 : 0);
+}
+
+void CPlayerPanel::ShowPaneOpen(bool open)
+{
+    if (auto* button = dynamic_cast<ui::CSkinButton*>(paneButton_); button != nullptr && IsBeyond())
+        button->SetChecked(open ? 1 : 0);
+}
+
+void CPlayerPanel::ShowVolumeOpen(bool open)
+{
+    if (auto* button = dynamic_cast<ui::CSkinButton*>(volButton_); button != nullptr && IsBeyond())
+        button->SetChecked(open ? 1 : 0);
 }
 
 void CPlayerPanel::StopSeconds()

@@ -45,6 +45,10 @@ public:
     // The argument is an ITuneHive_PlayerState, which is released in any case.
     void OnPlayerState(ITuneHive_AsyncCallbackParam* param);
 
+    // The buttons of what is open stay pressed in.
+    void ShowPaneOpen(bool open);
+    void ShowVolumeOpen(bool open);
+
     void PublishSign(); // Shows contacts what plays, unless it is shown or not allowed.
     void RemoveSign();  // Takes a published sign down.
     [[nodiscard]] bool IsSignPublished() const { return published_; }
@@ -89,6 +93,7 @@ private:
 
     void ShowState(int show, int state = 0);
     void ShowPlayButton();
+    void ShowStopButton(); // As it can be used: with something open, or on its way to be.
     void ShowPauseButton();
     void ResetSlider();
     void StopSeconds();

@@ -181,6 +181,7 @@ void CPlayerPanel::SetPlayerURL(const String& url)
     OvertakePendingTask();
     if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer(url))
         player->SetURL(url, /*autoplay=*/1);
+    ShowStopButton();
 }
 
 bool CPlayerPanel::PostNext()

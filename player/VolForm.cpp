@@ -58,6 +58,8 @@ LPARAM CVolForm::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
     const LPARAM result = CSkinForm::WindowProc(message, wParam, lParam);
     if (message != ui::wndmessage::kActivate)
         return result;
+    if (page_ != nullptr)
+        page_->OnVolFormShown(wParam != 0);
     if (wParam == 0) {
         ShowWindow(0);
     } else if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer();

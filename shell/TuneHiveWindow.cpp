@@ -248,6 +248,7 @@ int TuneHiveWindow::SetPaneMode(int mode)
         lyricPanel_->RePositionSubControls();
         lyricPanel_->Refresh();
     }
+    playerPanel_->ShowPaneOpen(IsPaneVisible() != 0);
     return IsPaneVisible();
 }
 
@@ -269,6 +270,11 @@ void TuneHiveWindow::ShowVolForm(int action, int x, int y)
             {x, y, x + (place.right - place.left), y + (place.bottom - place.top)});
         volForm_->ShowWindow(kShowCommand);
     }
+}
+
+void TuneHiveWindow::OnVolFormShown(bool shown)
+{
+    playerPanel_->ShowVolumeOpen(shown);
 }
 
 int TuneHiveWindow::GetPlayState()

@@ -43,6 +43,7 @@ public:
     [[nodiscard]] int IsPaneVisible() override;
     void ShowVolForm(int action, int x, int y) override;
     void ForgetVolForm() override { volForm_ = nullptr; }
+    void OnVolFormShown(bool shown) override;
     [[nodiscard]] int GetPlayState() override;
     int PlaySelectedElsewhere() override;
     void ShowAddMenu() override;

@@ -419,6 +419,48 @@ TEST_F(PlayerPanelTest, BeyondTheButtonsTellTheTruth)
     EXPECT_TRUE(IsShown(u"PlayBtn"));
 }
 
+TEST_F(PlayerPanelTest, BeyondStopIsThereForWhatIsOpen)
+{
+    SetBeyond(true);
+    const auto canStop = [this] { return panel_->FindControlRecusive(u"StopBtn")->IsEnabled(); };
+    Report(1);
+    EXPECT_FALSE(canStop());
+    page_.mark = 0;
+    Press(u"PlayBtn");
+    EXPECT_TRUE(canStop()) << "an address is on its way";
+    for (const int state : {9, 3, 2, 6, 3}) {
+        Report(state);
+        EXPECT_TRUE(canStop()) << state;
+    }
+    Press(u"StopBtn");
+    Report(1);
+    EXPECT_FALSE(canStop());
+    // From elsewhere, as the tree plays its rows.
+    PlayRow(2, 10.0);
+    EXPECT_TRUE(canStop());
+    Report(8); // The last track's end.
+    Report(1);
+    EXPECT_FALSE(canStop());
+}
+
+TEST_F(PlayerPanelTest, BeyondTheButtonsOfWhatIsOpenStayPressedIn)
+{
+    const auto isIn = [this](const char16_t* id) {
+        return dynamic_cast<ui::CSkinButton&>(*panel_->FindControlRecusive(id)).IsChecked();
+    };
+    panel_->ShowPaneOpen(true);
+    EXPECT_FALSE(isIn(u"LyricBtn")) << "without the switch they look as ever";
+    SetBeyond(true);
+    panel_->ShowPaneOpen(true);
+    EXPECT_TRUE(isIn(u"LyricBtn"));
+    panel_->ShowVolumeOpen(true);
+    EXPECT_TRUE(isIn(u"VolBtn"));
+    panel_->ShowPaneOpen(false);
+    panel_->ShowVolumeOpen(false);
+    EXPECT_FALSE(isIn(u"LyricBtn"));
+    EXPECT_FALSE(isIn(u"VolBtn"));
+}
+
 TEST_F(PlayerPanelTest, AStoppedStateBeforeTheNextStartLeavesThePauseButton)
 {
     SetBeyond(true);

@@ -28,6 +28,7 @@ public:
     int IsPaneVisible() override { return paneVisible ? 1 : 0; }
     void ShowVolForm(int action, int /*x*/, int /*y*/) override { volActions.push_back(action); }
     void ForgetVolForm() override { ++volFormsForgotten; }
+    void OnVolFormShown(bool shown) override { volFormShown = shown; }
     int GetPlayState() override { return playState; }
     int PlaySelectedElsewhere() override
     {
@@ -69,6 +70,7 @@ public:
     std::vector<int> paneModes;
     std::vector<int> volActions;
     int volFormsForgotten = 0;
+    bool volFormShown = false;
     int playedSelected = 0;
     int playedElsewhere = 0;
     int addMenus = 0;
