@@ -156,6 +156,18 @@ void CMediaTree::OnSync()
     SetEmptyPage(emptyPage_);
 }
 
+void CMediaTree::SetSelectionWatch(const Delegate<bool>& watch, const LifeWatch& life)
+{
+    selectionWatch_ = watch;
+    selectionWatchLife_ = life;
+}
+
+void CMediaTree::OnSelectedSome(bool some)
+{
+    if (selectionWatchLife_.IsAlive())
+        selectionWatch_(some);
+}
+
 void CMediaTree::OnFolderImported(WPARAM wParam, LPARAM lParam)
 {
     const FolderImport import = TakeFolderImport(wParam, lParam);

@@ -103,6 +103,9 @@ public:
     // Owned by the tree as one of its controls; follows its rows. Null: none.
     void SetEmptyPage(CEmptyPage* page);
 
+    // Hears when a first row is selected (true) and when none is any more (false).
+    void SetSelectionWatch(const Delegate<bool>& watch, const LifeWatch& life);
+
     // For the rows: what a drop on them does.
     void TakeDroppedFiles(const String& group);
     [[nodiscard]] bool TakeDroppedText(const String& group, const String& sid, const String& text);
@@ -122,6 +125,7 @@ public:
 
 protected:
     void OnSync() override;
+    void OnSelectedSome(bool some) override;
 
 private:
     struct PendingPlay {
@@ -143,6 +147,8 @@ private:
     void ImportFolder(const String& group, const String& folder);
 
     CEmptyPage* emptyPage_ = nullptr;
+    Delegate<bool> selectionWatch_;
+    LifeWatch selectionWatchLife_;
     CMediaTreeRoot* root_ = nullptr; // The toolkit's tree frees it.
     bool ownDrag_ = false;           // From the start of a drag in this tree until it has ended.
     ITrackPickers* pickers_;

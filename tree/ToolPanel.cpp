@@ -3,6 +3,7 @@
 #include "medialib/AddFolderThread.h"
 #include "mediares/GroupIds.h"
 #include "shell/base/Settings.h"
+#include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinForm.h"
 #include "shell/contracts/ui/SkinManager.h"
@@ -48,6 +49,23 @@ int CToolPanel::OnBuildControlAfter()
     }
     settingsButton_->SetVisible(0);
     return 1;
+}
+
+void CToolPanel::SetTreePanel(const CMediaTreePanel* panel)
+{
+    treePanel_ = panel;
+    CMediaTree* tree = GetTree();
+    if (tree == nullptr || !IsBeyond())
+        return;
+    tree->SetSelectionWatch({this, &CToolPanel::OnSelectedSome}, Watch());
+    OnSelectedSome(tree->GetSelectedCount() > 0);
+}
+
+// Without a selection the button would do nothing: it says so.
+void CToolPanel::OnSelectedSome(bool some)
+{
+    if (deleteButton_ != nullptr)
+        deleteButton_->SetEnabled(some ? 1 : 0);
 }
 
 CMediaTree* CToolPanel::GetTree() const

@@ -16,7 +16,7 @@ public:
     explicit CToolPanel(ITrackPickers* pickers); // Borrowed; may be null.
 
     void Build(CWnd* parent); // Without a node in the build file nothing is built.
-    void SetTreePanel(const CMediaTreePanel* panel) { treePanel_ = panel; } // Borrowed.
+    void SetTreePanel(const CMediaTreePanel* panel); // Borrowed.
     int OnBuildControlAfter() override;
 
     void ShowAddMenu();
@@ -24,6 +24,7 @@ public:
 
 private:
     void OnButton(ui::CSkinObject* sender, void* data);
+    void OnSelectedSome(bool some);
     void ShowDeleteMenu();
     void ShowModeMenu();
     void Popup(ui::IMenu* menu);

@@ -77,6 +77,8 @@ void CSkinList::Sync()
 
 void CSkinList::OnSync() {}
 
+void CSkinList::OnSelectedSome(bool /*some*/) {}
+
 void CSkinList::ItemsChanged()
 {
     changes_.items = true;
@@ -99,6 +101,8 @@ void CSkinList::OnRowChanged(CSkinListItem* row)
 void CSkinList::OnRowSelected(CSkinListItem* row)
 {
     selectedCount_ += row->IsSelected() ? 1 : -1;
+    if (selectedCount_ == (row->IsSelected() ? 1 : 0))
+        OnSelectedSome(row->IsSelected());
     if (reporting_)
         return;
     changes_.selection = true;
@@ -109,8 +113,8 @@ void CSkinList::OnRowGone(CSkinListItem* row)
 {
     if (dying_)
         return;
-    if (row->IsSelected())
-        --selectedCount_;
+    if (row->IsSelected() && --selectedCount_ == 0)
+        OnSelectedSome(/*some=*/false);
     for (CSkinListItem** held : {&anchorRow_, &currentRow_, &editedRow_, &pressedRow_, &menuRow_})
         if (*held == row)
             *held = nullptr;

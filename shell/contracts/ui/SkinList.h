@@ -147,7 +147,9 @@ protected:
     virtual bool VisitRows(const RowVisitor& visit) const;
     [[nodiscard]] virtual bool IsSelectedWithAll(const CSkinListItem* row) const;
     [[nodiscard]] virtual CSkinTreeItem* GetParentOf(const CSkinListItem* row) const;
-    virtual void OnSync();                        // The changes are about to be handed over.
+    virtual void OnSync(); // The changes are about to be handed over.
+    // A first row was selected, or the last one is no longer. No row may be touched from here.
+    virtual void OnSelectedSome(bool some);
     virtual void OnRowGone(CSkinListItem* row);   // From the row's destructor.
     [[nodiscard]] MenuDelegate GetMenuDelegate(); // Calls DoMenuCommand.
     void ItemsChanged();
