@@ -2,6 +2,7 @@
 
 #include "platform/ui/Peers.h"
 #include "shell/contracts/ui/SkinButton.h"
+#include "shell/contracts/ui/SkinManager.h"
 
 #include <algorithm>
 #include <memory>
@@ -130,14 +131,16 @@ void TabStrip::RePositionSubControls()
     ShowTexts(/*show=*/true); // Only with the words can it be told whether they fit.
     ShowTexts(FitsInto(width / count - kGap));
     const Tab* const chosen = Find(chosen_);
+    const bool isMirrored = ui::CSkinManager::GetInstance()->IsRightToLeft();
     line_->SetVisible(chosen != nullptr ? 1 : 0);
     for (int i = 0; i < count; ++i) {
         const int left = padding.left + width * i / count;
         const int share = padding.left + width * (i + 1) / count - left - kGap;
         const Tab& tab = tabs_[static_cast<std::size_t>(i)];
-        tab.button->SetBounds(left, 0, share, height - kLineHeight);
+        const int place = isMirrored ? GetWidth() - left - share : left;
+        tab.button->SetBounds(place, 0, share, height - kLineHeight);
         if (&tab == chosen)
-            line_->SetBounds(left, height - kLineHeight, share, kLineHeight);
+            line_->SetBounds(place, height - kLineHeight, share, kLineHeight);
     }
 }
 

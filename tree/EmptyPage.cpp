@@ -80,9 +80,25 @@ void CEmptyPage::CalculateBounds(const Rect& place)
         sentence->SetVisible(height >= kRoomForSentence ? 1 : 0);
     const Rect padding = GetPadding();
     const int width = ui::WidthOf(place) - padding.left - padding.right;
+    ShowWords(width);
     Centre(u"EmptyFolderBtn", width);
     Centre(u"EmptyLinks", width);
     CSkinPanel::CalculateBounds(place);
+}
+
+// Where the links need the whole line, the small words around them go.
+void CEmptyPage::ShowWords(int width)
+{
+    const ui::CSkinObject* links = FindControlRecusive(u"EmptyLinks");
+    for (const char16_t* id : {u"EmptyDot", u"EmptyOr"}) {
+        if (ui::CSkinObject* word = FindControlRecusive(id))
+            word->SetVisible(1);
+    }
+    for (const char16_t* id : {u"EmptyOr", u"EmptyDot"}) {
+        ui::CSkinObject* word = FindControlRecusive(id);
+        if (word != nullptr && links != nullptr && links->GetWantedSize().width > width)
+            word->SetVisible(0);
+    }
 }
 
 // A docked control fills its strip; its margins put it into the middle of it.

@@ -22,6 +22,7 @@ public:
 
 private:
     [[nodiscard]] bool IsWanted() const;
+    void ShowWords(int width);
     void Centre(const String& id, int width);
     void OnPress(ui::CSkinObject* sender, void* data);
 

@@ -229,6 +229,17 @@ TEST(TabStrip, SharesTheWidth)
         right = control->GetBoundsRect().right + 4;
     }
     EXPECT_EQ(right - 4, 340 - 12);
+
+    ui::CSkinManager::GetInstance()->SetRightToLeft(true);
+    tabs.RePositionSubControls();
+    ui::CSkinManager::GetInstance()->SetRightToLeft(false);
+    int left = 340 - 12;
+    for (const ui::CSkinObject* const control : tabs.GetControls()) {
+        if (tabs.FindKey(control) == nullptr)
+            continue;
+        EXPECT_EQ(control->GetBoundsRect().right, left);
+        left = control->GetBoundsRect().left - 4;
+    }
     tabs.RemoveTab(&keys[1]);
     tabs.RemoveTab(&keys[1]);
     EXPECT_EQ(tabs.GetTabCount(), 2);

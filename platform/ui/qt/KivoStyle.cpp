@@ -4,7 +4,10 @@
 #include "platform/ui/qt/Shapes.h"
 #include "platform/ui/qt/SkinLook.h"
 
+#include <QAbstractScrollArea>
+#include <QApplication>
 #include <QComboBox>
+#include <QIcon>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
@@ -29,10 +32,21 @@ constexpr int kRingReach = 4; // What the focus ring needs around a button.
 constexpr int kThumbWidth = 8;
 constexpr int kScrollBar = 12;
 constexpr int kBox = 18;
+constexpr int kMessageIcon = 32;
 
 int GrownHeight(int height, const QFontMetrics& metrics)
 {
     return std::max(height, metrics.height() + 10);
+}
+
+// Our rows leave room for the scroll bar at their end; other lists don't.
+bool LiesOnRows(const QWidget* bar)
+{
+    for (const QWidget* area = bar; area != nullptr; area = area->parentWidget()) {
+        if (qobject_cast<const QAbstractScrollArea*>(area) != nullptr)
+            return area->property(kRowsProperty).toBool();
+    }
+    return false;
 }
 
 bool HasKeyboardFocus(const QStyleOption& option)
@@ -138,7 +152,9 @@ void DrawMenuEntry(QPainter& painter, const QStyleOptionMenuItem& option)
     const QStringList parts = option.text.split(QLatin1Char('\t'));
     const QRect text = QStyle::visualRect(
         option.direction, rect, rect.adjusted(kEntryText - kMenuEdge, 0, -kEntryEnd, 0));
-    const int flags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
+    // Absolute: the painter's own direction would turn the sides once more.
+    const int flags =
+        Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine | Qt::TextHideMnemonic;
     painter.drawText(text, flags | (mirrored ? Qt::AlignRight : Qt::AlignLeft), parts.value(0));
     if (parts.size() > 1) {
         painter.setPen(chosen ? colour : GetToken(enabled ? u"soft" : u"off"));
@@ -187,6 +203,27 @@ void DrawComboBox(QPainter& painter, const QStyleOptionComboBox& option, const Q
                 /*down=*/true,
                 mirrored,
                 GetToken(enabled ? u"text" : u"off"));
+}
+
+// What a message box is about, in a circle.
+QIcon MakeMessageIcon(QChar sign, const char16_t* token)
+{
+    const qreal ratio = qApp->devicePixelRatio();
+    QPixmap picture(QSize(kMessageIcon, kMessageIcon) * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF circle(3, 3, kMessageIcon - 6, kMessageIcon - 6);
+    const QColor colour = GetToken(token);
+    painter.setPen(QPen(colour, 2.0));
+    painter.drawEllipse(circle);
+    QFont font = QApplication::font();
+    font.setPixelSize(17);
+    font.setWeight(QFont::DemiBold);
+    painter.setFont(font);
+    painter.drawText(circle, Qt::AlignCenter, QString(sign));
+    return QIcon(picture);
 }
 
 } // namespace
@@ -342,8 +379,9 @@ int KivoStyle::pixelMetric(PixelMetric metric,
     case PM_MenuPanelWidth: return 0;
     case PM_MenuHMargin:
     case PM_MenuVMargin: return kMenuEdge;
-    case PM_ScrollBarExtent:
-    case PM_ScrollView_ScrollBarOverlap: return kScrollBar; // It lies on what it scrolls.
+    case PM_MessageBoxIconSize: return kMessageIcon;
+    case PM_ScrollBarExtent: return kScrollBar;
+    case PM_ScrollView_ScrollBarOverlap: return LiesOnRows(widget) ? kScrollBar : 0;
     case PM_ScrollBarSliderMin: return 28;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight: return kBox;
@@ -402,6 +440,19 @@ QRect KivoStyle::subControlRect(ComplexControl control,
             option->rect,
             QRect(option->rect.right() - 32, option->rect.y(), 32, option->rect.height()));
     return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+QIcon KivoStyle::standardIcon(StandardPixmap picture,
+                              const QStyleOption* option,
+                              const QWidget* widget) const
+{
+    switch (picture) {
+    case SP_MessageBoxQuestion: return MakeMessageIcon(u'?', u"mark");
+    case SP_MessageBoxInformation: return MakeMessageIcon(u'i', u"mark");
+    case SP_MessageBoxWarning: return MakeMessageIcon(u'!', u"mark");
+    case SP_MessageBoxCritical: return MakeMessageIcon(u'!', u"danger");
+    default: return QProxyStyle::standardIcon(picture, option, widget);
+    }
 }
 
 int KivoStyle::styleHint(StyleHint hint,

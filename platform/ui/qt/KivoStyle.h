@@ -37,6 +37,9 @@ public:
                                        const QStyleOptionComplex* option,
                                        SubControl part,
                                        const QWidget* widget) const override;
+    [[nodiscard]] QIcon standardIcon(StandardPixmap picture,
+                                     const QStyleOption* option,
+                                     const QWidget* widget) const override;
     int styleHint(StyleHint hint,
                   const QStyleOption* option,
                   const QWidget* widget,
@@ -45,5 +48,8 @@ public:
 
 // The name of the property by which a field is marked wrong.
 inline constexpr char kWrongProperty[] = "kivoWrong";
+
+// The name of the property of a list whose scroll bar lies on its rows.
+inline constexpr char kRowsProperty[] = "kivoRows";
 
 } // namespace kivo::ui::qt

@@ -63,6 +63,21 @@ protected:
     }
 };
 
+// The width that a control which fills its strip gets from the nearest object above that has one.
+int GetRoomWithin(const CSkinObject& control)
+{
+    int taken = 0;
+    for (const CSkinObject* one = &control; one->GetParent() != nullptr; one = one->GetParent()) {
+        const CSkinObject& parent = *one->GetParent();
+        const Rect margin = one->GetMargin();
+        const Rect padding = parent.GetPadding();
+        taken += margin.left + margin.right + padding.left + padding.right;
+        if (parent.GetWidth() > 0)
+            return parent.GetWidth() - taken;
+    }
+    return 0;
+}
+
 // A label: Qt's for screen readers, painted by us.
 class LabelWidget final : public QLabel {
 public:
@@ -80,8 +95,8 @@ public:
         if (control_ == nullptr)
             return {};
         const QFontMetrics metrics(GetLook().font);
-        if (control_->IsMultiLine()) // Any width does; the height is that of the present one.
-            return {GetPictureRoom() + 1, MeasureParagraph(metrics)};
+        if (control_->IsMultiLine()) // Any width does; the height is for the one it will get.
+            return {GetPictureRoom() + 1, GetParagraphHeight(metrics)};
         const QString text = ToLine(ToScreen(control_->GetText()));
         return {metrics.horizontalAdvance(text) + 1 + GetPictureRoom(), metrics.height()};
     }
@@ -114,17 +129,6 @@ protected:
 private:
     static constexpr int kPictureGap = 8;
 
-    static constexpr int kLeastWidth = 60; // Below it no layout has given a width yet.
-
-    [[nodiscard]] int MeasureParagraph(const QFontMetrics& metrics) const
-    {
-        const int room = width() - GetPictureRoom();
-        if (room < kLeastWidth)
-            return 2 * metrics.lineSpacing();
-        const QRect place(0, 0, room, QWIDGETSIZE_MAX);
-        const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
-        return metrics.boundingRect(place, flags, ToScreen(control_->GetText())).height();
-    }
     [[nodiscard]] TextLook GetLook() const
     {
         return GetTextLook(
@@ -136,6 +140,17 @@ private:
         return control_->IsMultiLine() ||
                (height() >= 2 * metrics.lineSpacing() &&
                 metrics.horizontalAdvance(text) > width() - GetPictureRoom());
+    }
+    [[nodiscard]] int GetParagraphHeight(const QFontMetrics& metrics) const
+    {
+        const int least = 2 * metrics.lineSpacing();
+        const int width = GetRoomWithin(*control_) - GetPictureRoom();
+        if (width <= 0)
+            return least;
+        const QRect place(0, 0, width, QWIDGETSIZE_MAX);
+        const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+        const QString text = ToScreen(control_->GetText());
+        return std::max(least, metrics.boundingRect(place, flags, text).height());
     }
     [[nodiscard]] int GetPictureRoom() const
     {

@@ -1,6 +1,7 @@
 #include "platform/ui/qt/RowView.h"
 
 #include "platform/ui/qt/InputWatch.h"
+#include "platform/ui/qt/KivoStyle.h"
 #include "platform/ui/qt/QtText.h"
 #include "platform/ui/qt/RowEditor.h"
 #include "platform/ui/qt/RowPainter.h"
@@ -57,6 +58,7 @@ RowView::RowView(CSkinList& list, CSkinTree* tree, QWidget* parent)
     setEditTriggers(NoEditTriggers);
     setMouseTracking(true);
     setDropIndicatorShown(false);
+    setProperty(kRowsProperty, true);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         ReportFold(index, /*expanded=*/true);
     });

@@ -24,6 +24,7 @@ namespace {
 constexpr int kThickness = 6;
 constexpr int kHandReach = 11; // The bar shows 6 pixels and takes the hand on 28.
 constexpr qreal kThumbRing = 2.0;
+constexpr int kThumbCovers = 10; // Of the played part, while the thumb stands at the start.
 constexpr int kTipWidth = 300;
 
 // The ground of the nearest object that has one.
@@ -68,8 +69,17 @@ public:
             else
                 done.setRight(body.left() + played);
         }
+        const bool isUnderThumb = played > 0 && played <= kThumbCovers;
+        if (isUnderThumb) { // The thumb's ring would leave a sliver of it.
+            if (slider_.IsVertical())
+                body.setBottom(done.top());
+            else if (mirrored_)
+                body.setRight(done.left());
+            else
+                body.setLeft(done.right());
+        }
         FillRounded(painter_, body, kThickness / 2.0, GetToken(u"channel"));
-        if (played > 0)
+        if (played > 0 && !isUnderThumb)
             FillRounded(
                 painter_, done, kThickness / 2.0, GetToken(slider_.IsEnabled() ? u"mark" : u"off"));
     }
