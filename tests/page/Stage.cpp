@@ -1,0 +1,281 @@
+#include "tests/page/Stage.h"
+
+#include "host/EventLoop.h"
+#include "host/HostSettings.h"
+#include "host/MainForm.h"
+#include "host/Messages.h"
+#include "host/Pages.h"
+#include "host/PlayerKeys.h"
+#include "host/Plugins.h"
+#include "host/Services.h"
+#include "host/sign/LocalSignNetwork.h"
+#include "host/Texts.h"
+#include "platform/base/PostQueue.h"
+#include "platform/ui/qt/QtDesktop.h"
+#include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/base/IPlugin.h"
+#include "shell/contracts/base/IPluginWindow.h"
+#include "shell/contracts/common/AppPath.h"
+#include "shell/contracts/common/Text.h"
+#include "shell/contracts/control/MediaEngineSettings.h"
+#include "shell/contracts/desktop/TuneHiveRemote.h"
+#include "shell/contracts/framework/Paths.h"
+#include "shell/contracts/ui/SkinManager.h"
+#include "shell/contracts/ui/SkinWndManager.h"
+
+#include <QAccessible>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace kivo::test {
+
+namespace {
+
+constexpr int kStopWaitMs = 5000;
+constexpr int kSetFont = 13; // Pixels.
+
+ui::qt::DesktopOptions MakeOptions(const Look& look)
+{
+    ui::qt::DesktopOptions options;
+    options.dark = look.dark;
+    options.highContrast = look.highContrast;
+    options.rightToLeft = look.rightToLeft;
+    options.nativePickers = false;
+    return options;
+}
+
+std::string EscapeXml(const std::string& text)
+{
+    return QString::fromStdString(text).toHtmlEscaped().toStdString();
+}
+
+void WriteGroups(const TempFolder& profile, const std::vector<StageGroup>& groups)
+{
+    const std::string head = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+    std::string names = head + "<Groups>\n";
+    for (const StageGroup& group : groups) {
+        std::string items = head + "<Items>\n";
+        for (const StageTrack& track : group.tracks)
+            items += "<Item path=\"" + EscapeXml(track.path) + "\" name=\"" +
+                     EscapeXml(track.name) + "\" />\n";
+        profile.Write("tunehive/" + group.id + ".kvm", items + "</Items>\n");
+        if (!group.name.empty())
+            names += "<Group id=\"" + group.id + "\" name=\"" + EscapeXml(group.name) + "\" />\n";
+    }
+    profile.Write("tunehive/ginfo.xml", names + "</Groups>\n");
+}
+
+String MakeAppPath()
+{
+    const String app = common::utf8_to_CString(KIVO_APP_FOLDER);
+    common::SetAppPath(app);
+    return app;
+}
+
+} // namespace
+
+void SetUpFonts(const char* font, double scale)
+{
+    QFont chosen{QString::fromLatin1(font)};
+    chosen.setPixelSize(static_cast<int>(kSetFont * scale));
+    QApplication::setFont(chosen);
+}
+
+struct Stage::Impl {
+    Impl(const Look& look, const std::vector<StageGroup>& groups)
+        : settings(profile.GetNative().native() + "/host.ini")
+        , desktop(MakeOptions(look))
+        , signs(u"Mara Lindqvist")
+        , messages(host::MakeBoxMessages())
+        , services({settings, signs, *messages, pages}, profile.GetPath())
+        , form(MakeCommands())
+        , keys([this] { return plugins.GetRemote(); })
+    {
+        SetBeyond(/*on=*/true);
+        WriteGroups(profile, groups);
+        host::LoadTexts(KIVO_APP_FOLDER, look.locale);
+        MediaEngineSettings engine;
+        engine.silent = true;
+        SetMediaEngineSettings(std::move(engine));
+    }
+
+    host::MainForm::Commands MakeCommands()
+    {
+        host::MainForm::Commands commands;
+        commands.quit = [] {};
+        commands.show = [this](IPluginWindow* page) { pages.ShowPluginPage(page); };
+        commands.showSigns = [this](bool show) { services.ShowMediaState(show); };
+        commands.areSignsShown = [this] { return services.IsMediaStateShown(); };
+        commands.getSignPicture = [this](const String& kind) {
+            IPlugin* const plugin = services.GetSigningPlugin();
+            return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
+        };
+        commands.goToOwnSign = [this] { services.ActivateOwnSign(); };
+        commands.hasCabinet = [this] { return plugins.GetRemote() != nullptr; };
+        commands.openCabinet = [this] { plugins.GetRemote()->OpenWebForm(); };
+        return commands;
+    }
+
+    void Open(int width, int height)
+    {
+        ui::CSkinManager& skin = *ui::CSkinManager::GetInstance();
+        for (const char16_t* file : {u"%sskin\\skin.xml", u"%sskin\\host_skin.xml"})
+            skin.IncludeSkinFile(ComposePath(file, {app}));
+        skin.IncludeSkinBuildFile(ComposePath(u"%sskin\\host_build.xml", {app}));
+        desktop.ApplySkin();
+        form.Open(width, height);
+        form.SetOwnName(signs.GetOwnId());
+        signs.SetListener(&form);
+        pages.SetView(&form);
+        if (!plugins.Load(KIVO_APP_FOLDER, &form, &pages).empty())
+            throw std::runtime_error("the plug-in can't be loaded");
+        desktop.ApplySkin();
+        pages.CreateAll();
+        for (IPluginWindow* const page : pages.GetAll()) {
+            if (const IPlugin* const plugin = plugins.Find(page->GetPluginId()))
+                form.SetPagePicture(page, plugin->GetIconFile());
+        }
+        pages.ShowPluginPage(pages.GetFirst());
+        form.ShowWindow(/*command=*/5);
+    }
+
+    void Close()
+    {
+        form.EndEdits();
+        if (ITuneHiveRemote* const remote = plugins.GetRemote()) {
+            remote->StopWork(kStopWaitMs);
+            PostQueue::Get().DeliverMessages(kFolderImportMessage);
+        }
+        pages.CloseAll();
+        plugins.Unload();
+        signs.SetListener(nullptr);
+        pages.SetView(nullptr);
+    }
+
+    TempFolder profile;
+    String app = MakeAppPath();
+    host::HostSettings settings;
+    ui::qt::QtDesktop desktop;
+    host::EventLoop loop;
+    host::LocalSignNetwork signs;
+    std::unique_ptr<host::IMessages> messages;
+    host::Pages pages;
+    host::Services services;
+    host::MainForm form;
+    host::Plugins plugins;
+    host::PlayerKeys keys;
+    QWidget* window = nullptr;
+};
+
+Stage::Stage(const Look& look, const std::vector<StageGroup>& groups, int width, int height)
+    : impl_(std::make_unique<Impl>(look, groups))
+{
+    impl_->Open(width, height);
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->isWindow())
+            impl_->window = widget;
+    }
+    impl_->window->activateWindow();
+    // The last input was the mouse's, as after most starts: no focus shows until a key is pressed.
+    const QPointF corner(2, 2);
+    QMouseEvent press(QEvent::MouseButtonPress,
+                      corner,
+                      impl_->window->mapToGlobal(corner),
+                      Qt::LeftButton,
+                      Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(impl_->window, &press);
+    Turn(50);
+}
+
+Stage::~Stage()
+{
+    CloseAllModal();
+    impl_->Close();
+    impl_.reset();
+    ui::CSkinManager::GetInstance()->Clear();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    SetBeyond(/*on=*/false);
+}
+
+QWidget& Stage::GetWindow() const
+{
+    return *impl_->window;
+}
+
+QTreeView& Stage::GetTree() const
+{
+    return *impl_->window->findChild<QTreeView*>();
+}
+
+ITuneHiveRemote& Stage::GetRemote() const
+{
+    return *impl_->plugins.GetRemote();
+}
+
+const TempFolder& Stage::GetProfile() const
+{
+    return impl_->profile;
+}
+
+QWidget* Stage::Find(const QString& name)
+{
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        if (!widget->isVisible())
+            continue;
+        const QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(widget);
+        if (access != nullptr && access->role() != QAccessible::StaticText &&
+            access->text(QAccessible::Name) == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+QModelIndex Stage::FindRow(const QString& text) const
+{
+    const QAbstractItemModel& model = *GetTree().model();
+    for (QModelIndex row = model.index(0, 0); row.isValid(); row = GetTree().indexBelow(row)) {
+        if (row.data().toString() == text)
+            return row;
+    }
+    return {};
+}
+
+QPoint Stage::PlaceOf(const QString& text) const
+{
+    return GetTree().visualRect(FindRow(text)).center();
+}
+
+bool Stage::WaitUntil(const std::function<bool()>& isSo, int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!isSo()) {
+        if (clock.elapsed() > milliseconds)
+            return false;
+        Turn(10);
+    }
+    return true;
+}
+
+void Stage::Turn(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    do {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    } while (clock.elapsed() < milliseconds);
+}
+
+void Stage::CloseAllModal()
+{
+    ui::CSkinWndManager::GetInstance()->InterruptAllModalForms();
+    impl_->desktop.CloseDialogs();
+}
+
+} // namespace kivo::test

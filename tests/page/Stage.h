@@ -1,0 +1,76 @@
+#pragma once
+
+#include "shell/contracts/base/String.h"
+#include "tests/support/TempFolder.h"
+
+#include <QApplication>
+#include <QTreeView>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kivo {
+class ITuneHiveRemote;
+}
+
+// The program's main form with the real plug-in in it, off-screen, for tests that walk the whole
+// page and for the pictures of it. Everything is found by the name that a screen reader says.
+// Thread: user interface.
+namespace kivo::test {
+
+struct Look {
+    const char* name = "light";
+    bool dark = false;
+    bool highContrast = false;
+    bool rightToLeft = false;
+    double fontScale = 1.0;
+    const char* locale = "en";
+};
+
+struct StageTrack {
+    std::string path; // Or an address.
+    std::string name; // What the user calls it; empty: as its file says.
+};
+struct StageGroup {
+    std::string id; // "playing", "mine", or one of the user's.
+    std::string name;
+    std::vector<StageTrack> tracks;
+};
+
+// Before the first widget; `font` is a family.
+void SetUpFonts(const char* font, double scale);
+
+// The program between its start and its end, on a profile with the groups given.
+class Stage {
+public:
+    Stage(const Look& look, const std::vector<StageGroup>& groups, int width = 0, int height = 0);
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+    ~Stage(); // In the way in which the program stops.
+
+    [[nodiscard]] QWidget& GetWindow() const;
+    [[nodiscard]] QTreeView& GetTree() const;
+    [[nodiscard]] ITuneHiveRemote& GetRemote() const;
+    [[nodiscard]] const TempFolder& GetProfile() const;
+
+    // The widget of that accessible name, in any window that shows, but no label; null: none.
+    [[nodiscard]] static QWidget* Find(const QString& name);
+
+    [[nodiscard]] QModelIndex FindRow(const QString& text) const; // Invalid: not on the page.
+    [[nodiscard]] QPoint PlaceOf(const QString& text) const;      // In the tree's viewport.
+
+    // Turns the event loop until it is so. False: it wasn't within `milliseconds`.
+    static bool WaitUntil(const std::function<bool()>& isSo, int milliseconds = 10000);
+    static void Turn(int milliseconds); // Turns the event loop for that long.
+
+    // Ends whatever is modal: forms, menus, boxes.
+    void CloseAllModal();
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace kivo::test
