@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -51,6 +52,41 @@ public:
 
 private:
     int descriptor_;
+};
+
+// A folder in memory for files that are set aside and saved anew, gone at the end of the run.
+class WorkFolder {
+public:
+    WorkFolder()
+        : path_("/dev/shm/kivo-fuzz-" + std::to_string(getpid()) + "/")
+    {
+        std::filesystem::create_directory(path_);
+    }
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+    ~WorkFolder() { std::filesystem::remove_all(path_); }
+
+    [[nodiscard]] String GetPath(const char* name) const
+    {
+        const std::string path = path_ + name;
+        return {path.begin(), path.end()};
+    }
+    [[nodiscard]] bool Has(const char* name) const { return std::filesystem::exists(path_ + name); }
+    // A link of this name to the file, in place of an earlier one; gives its path.
+    [[nodiscard]] String Link(const char* name, const String& target) const
+    {
+        std::filesystem::remove(path_ + name);
+        std::filesystem::create_symlink(std::filesystem::path(target), path_ + name);
+        return GetPath(name);
+    }
+    void Empty() const
+    {
+        for (const auto& entry : std::filesystem::directory_iterator(path_))
+            std::filesystem::remove(entry.path());
+    }
+
+private:
+    std::string path_;
 };
 
 } // namespace kivo::fuzz

@@ -2,44 +2,10 @@
 #include "medialib/LibCacheFile.h"
 #include "shell/contracts/framework/Files.h"
 
-#include <cstdio>
-#include <filesystem>
-
-namespace {
-
-// A folder in memory for files that are set aside and saved anew, gone at the end of the run.
-class WorkFolder {
-public:
-    WorkFolder()
-        : path_("/dev/shm/kivo-fuzz-" + std::to_string(getpid()) + "/")
-    {
-        std::filesystem::create_directory(path_);
-    }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder() { std::filesystem::remove_all(path_); }
-
-    [[nodiscard]] kivo::String GetPath(const char* name) const
-    {
-        const std::string path = path_ + name;
-        return {path.begin(), path.end()};
-    }
-    void Empty() const
-    {
-        for (const auto& entry : std::filesystem::directory_iterator(path_))
-            std::filesystem::remove(entry.path());
-    }
-
-private:
-    std::string path_;
-};
-
-} // namespace
-
 // A library file: what it gave is there again after a save, and what it held is never lost.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
-    static const WorkFolder folder;
+    static const kivo::fuzz::WorkFolder folder;
     folder.Empty();
     const kivo::String path = folder.GetPath("lib.mlib");
     kivo::fuzz::Require(kivo::WriteFileDurably(path, kivo::fuzz::AsText(bytes, count)) != 0);
@@ -59,6 +25,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     kivo::fuzz::Require(saved.Lookup(u"/a.mp3", info) &&
                         info.at(kivo::tunehive::kInfoLength) == u"216");
     if (!isLoaded && count > 0)
-        kivo::fuzz::Require(std::filesystem::exists(folder.GetPath("lib.mlib.broken-1")));
+        kivo::fuzz::Require(folder.Has("lib.mlib.broken-1"));
     return 0;
 }

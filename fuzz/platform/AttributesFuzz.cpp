@@ -1,17 +1,28 @@
 #include "fuzz/Fuzz.h"
-#include "platform/attributes/MetadataEditor.h"
+#include "shell/contracts/control/MediaAttributes.h"
 
 #include <vector>
 
-// A media file of any kind: each attribute as its reader asks for it, length first.
+// By the entry of the module, which prepares the libraries too.
+extern "C" kivo::IWMMetadataEditor* KivoCreateMetadataEditor();
+
+// A media file of any kind, half of them under a name in ".mp3", which decides where the bytes say
+// nothing: each attribute as its reader asks for it, length first.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
 {
+    static const kivo::fuzz::WorkFolder folder;
     const kivo::fuzz::MemoryFile file(kivo::fuzz::AsText(bytes, count));
-    kivo::IWMMetadataEditor* const editor = kivo::attributes::MakeMetadataEditor();
-    editor->Open(file.GetPath());
+    kivo::IWMMetadataEditor* const editor = KivoCreateMetadataEditor();
+    const bool isMp3 = count > 0 && bytes[count - 1] % 2 == 0;
+    editor->Open(folder.Link(isMp3 ? "x.mp3" : "x.mpg", file.GetPath()));
     if (kivo::IWMHeaderInfo3* const header = editor->QueryHeaderInfo()) {
-        for (const char16_t* const name :
-             {u"Title", u"Author", u"Description", u"WM/Genre", u"Duration", u"Bitrate"}) {
+        for (const char16_t* const name : {u"Title",
+                                           u"Author",
+                                           u"Description",
+                                           u"WM/Genre",
+                                           u"WM/AlbumTitle",
+                                           u"Duration",
+                                           u"Bitrate"}) {
             std::uint16_t length = 0;
             if (kivo::Failed(header->GetAttributeByName(0, name, nullptr, &length)))
                 continue;
