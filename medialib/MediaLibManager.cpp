@@ -6,6 +6,7 @@
 #include "medialib/NewerFormatsProvider.h"
 #include "medialib/WMFProvider.h"
 #include "shell/contracts/base/Beyond.h"
+#include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Paths.h"
 
@@ -291,7 +292,7 @@ void MediaLibManager::SetRemoteProvider(Released<IRemoteMediaInfoProvider> provi
 
 PathClass MediaLibManager::ClassifyPath(const String& path)
 {
-    if (PathFileExistsW(path) && !PathIsDirectoryW(path))
+    if (common::IsFileExist(path)) // One look at the disk: it is there and no folder.
         return PathClass::LocalFile;
     return UrlIsW(path) ? PathClass::Url : PathClass::Nothing;
 }

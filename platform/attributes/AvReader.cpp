@@ -15,6 +15,7 @@ extern "C" {
 #include <chrono>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 namespace kivo::attributes {
 
@@ -174,14 +175,18 @@ AttributeRecord TakeRecord(const AVFormatContext& context, const MediaSource& so
 
 void PrepareAvformat()
 {
-    // One broken file asked for 646 MB without it; it holds for the whole process, so it is no
-    // lower.
-    av_max_alloc(kLargestAllocation);
-    av_log_set_level(AV_LOG_QUIET);
+    static std::once_flag once;
+    std::call_once(once, [] {
+        // One broken file asked for 646 MB without it; it holds for the whole process, so it is no
+        // lower.
+        av_max_alloc(kLargestAllocation);
+        av_log_set_level(AV_LOG_QUIET);
+    });
 }
 
 std::optional<AttributeRecord> ReadByAvformat(MediaSource& source, const std::string& extension)
 {
+    PrepareAvformat();
     source.ExpectSequentialReads();
     Input input;
     input.source = &source;

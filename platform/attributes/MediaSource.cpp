@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace kivo::attributes {
 
@@ -16,6 +17,9 @@ namespace {
 // The size that read a mix of formats fastest; larger windows read more than the tags need.
 constexpr std::size_t kWindowBytes = 16 * 1024;
 constexpr std::size_t kPageBytes = 4 * 1024;
+
+// From one file to the next: without it each of them would get fresh memory.
+thread_local std::unique_ptr<char[]> spareWindow;
 } // namespace
 
 MediaSource::MediaSource(const String& path)
@@ -38,6 +42,8 @@ MediaSource::~MediaSource()
 {
     if (descriptor_ >= 0)
         ::close(descriptor_);
+    if (window_)
+        spareWindow = std::move(window_);
 }
 
 void MediaSource::ExpectSequentialReads() const
@@ -64,10 +70,13 @@ std::size_t MediaSource::ReadThrough(std::int64_t offset, char* bytes, std::size
 bool MediaSource::MoveWindow(std::int64_t offset)
 {
     const std::int64_t start = offset - offset % static_cast<std::int64_t>(kPageBytes);
-    window_.resize(kWindowBytes + kPageBytes);
-    window_.resize(ReadThrough(start, window_.data(), window_.size()));
+    constexpr std::size_t kSize = kWindowBytes + kPageBytes;
+    if (!window_)
+        window_ =
+            spareWindow ? std::move(spareWindow) : std::make_unique_for_overwrite<char[]>(kSize);
+    windowSize_ = ReadThrough(start, window_.get(), kSize);
     windowStart_ = start;
-    return !window_.empty();
+    return windowSize_ > 0;
 }
 
 std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t count)
@@ -78,7 +87,7 @@ std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t co
     if (count > kWindowBytes)
         return ReadThrough(offset, static_cast<char*>(bytes), count);
 
-    const auto end = [this] { return windowStart_ + static_cast<std::int64_t>(window_.size()); };
+    const auto end = [this] { return windowStart_ + static_cast<std::int64_t>(windowSize_); };
     const bool inside =
         offset >= windowStart_ && offset + static_cast<std::int64_t>(count) <= end();
     if (!inside && !MoveWindow(offset))
@@ -86,7 +95,7 @@ std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t co
     if (offset >= end())
         return 0; // The file has become shorter.
     const std::size_t got = std::min(count, static_cast<std::size_t>(end() - offset));
-    std::memcpy(bytes, window_.data() + (offset - windowStart_), got);
+    std::memcpy(bytes, window_.get() + (offset - windowStart_), got);
     return got;
 }
 

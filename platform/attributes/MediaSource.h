@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <memory>
 
 namespace kivo::attributes {
 
@@ -35,7 +35,8 @@ private:
     int descriptor_ = -1;
     std::int64_t length_ = 0;
     std::int64_t windowStart_ = 0;
-    std::string window_;
+    std::size_t windowSize_ = 0;
+    std::unique_ptr<char[]> window_; // Null until it is needed.
 };
 
 } // namespace kivo::attributes

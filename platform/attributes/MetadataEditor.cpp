@@ -2,34 +2,17 @@
 
 #include "platform/attributes/AvReader.h"
 #include "platform/attributes/MediaSource.h"
+#include "platform/attributes/RecordHeader.h"
 #include "platform/attributes/TagReader.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Paths.h"
 
-#include <algorithm>
-#include <cstring>
-#include <limits>
 #include <memory>
 #include <utility>
 
 namespace kivo::attributes {
 
 namespace {
-
-constexpr std::int64_t kUnitsPerMillisecond = 10'000; // Of 100 ns.
-
-// The longest text that a 16-bit count of bytes can hold with its terminator.
-constexpr std::size_t kLongestText =
-    std::numeric_limits<std::uint16_t>::max() / sizeof(char16_t) - 1;
-
-HRESULT Copy(const void* bytes, std::size_t size, std::uint8_t* value, std::uint16_t* length)
-{
-    if (value != nullptr)
-        std::memcpy(value, bytes, std::min<std::size_t>(size, *length));
-    else
-        *length = static_cast<std::uint16_t>(size);
-    return S_OK;
-}
 
 // Formats in which a missing length is worth the second, costlier reader.
 bool WantsSecondReader(Content content)
@@ -102,42 +85,6 @@ private:
 };
 
 } // namespace
-
-RecordHeader::RecordHeader(AttributeRecord record)
-    : record_(std::move(record))
-{
-}
-
-HRESULT RecordHeader::GetAttributeByName(std::uint16_t stream,
-                                         const char16_t* name,
-                                         std::uint8_t* value,
-                                         std::uint16_t* length)
-{
-    const StringView wanted(name);
-    if (stream != 0 || length == nullptr)
-        return E_FAIL;
-    if (wanted == u"Duration" && record_.milliseconds) {
-        const std::int64_t units = *record_.milliseconds * kUnitsPerMillisecond;
-        return Copy(&units, sizeof units, value, length);
-    }
-    if (wanted == u"Bitrate" && record_.bitsPerSecond)
-        return Copy(&*record_.bitsPerSecond, sizeof *record_.bitsPerSecond, value, length);
-
-    const std::pair<StringView, const std::optional<String>*> texts[] = {
-        {u"Title",         &record_.title  },
-        {u"Author",        &record_.author },
-        {u"Description",   &record_.comment},
-        {u"WM/Genre",      &record_.genre  },
-        {u"WM/AlbumTitle", &record_.album  },
-    };
-    for (const auto& [attribute, text] : texts) {
-        if (wanted != attribute || !*text || (*text)->empty())
-            continue;
-        const String cut = (*text)->substr(0, kLongestText);
-        return Copy(cut.c_str(), (cut.size() + 1) * sizeof(char16_t), value, length);
-    }
-    return ASF_E_NOTFOUND;
-}
 
 IWMMetadataEditor* MakeMetadataEditor()
 {

@@ -1,24 +1,8 @@
 #pragma once
 
-#include "platform/attributes/AttributeRecord.h"
 #include "shell/contracts/control/MediaAttributes.h"
 
 namespace kivo::attributes {
-
-// A record as the header of a file or stream.
-class RecordHeader : public IWMHeaderInfo3 {
-public:
-    explicit RecordHeader(AttributeRecord record);
-    virtual ~RecordHeader() = default;
-
-    HRESULT GetAttributeByName(std::uint16_t stream,
-                               const char16_t* name,
-                               std::uint8_t* value,
-                               std::uint16_t* length) override;
-
-private:
-    AttributeRecord record_;
-};
 
 [[nodiscard]] IWMMetadataEditor* MakeMetadataEditor(); // Freed by its Release.
 

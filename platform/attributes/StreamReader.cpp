@@ -1,6 +1,7 @@
 #include "platform/attributes/StreamReader.h"
 
-#include "platform/attributes/MetadataEditor.h"
+#include "platform/attributes/AvReader.h"
+#include "platform/attributes/RecordHeader.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Paths.h"
 
@@ -214,6 +215,7 @@ private:
 
 IWMReader* MakeStreamReader()
 {
+    PrepareAvformat();
     return new StreamReader;
 }
 

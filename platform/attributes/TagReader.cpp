@@ -3,6 +3,7 @@
 #include "platform/attributes/BoundedStream.h"
 #include "platform/attributes/CommentBounds.h"
 #include "platform/attributes/Mp3Length.h"
+#include "platform/attributes/Mp4Video.h"
 #include "platform/attributes/TagText.h"
 #include "platform/attributes/TextFrameFactory.h"
 #include "shell/contracts/common/Text.h"
@@ -200,24 +201,6 @@ std::optional<AttributeRecord> ReadChunked(BoundedStream& stream)
         TakeTag(record, file.InfoTag());
     TakeProperties(record, file.audioProperties());
     return record;
-}
-
-bool HasMp4Video(MediaSource& source)
-{
-    // A track's handler names its kind (ISO/IEC 14496-12, 8.4.3); it stands in the movie box at
-    // either end.
-    constexpr std::size_t kBytes = 12 * 1024;
-    std::string part(kBytes, '\0');
-    for (const std::int64_t offset :
-         {std::int64_t{0}, std::max<std::int64_t>(0, source.GetLength() - 12 * 1024)}) {
-        part.resize(kBytes);
-        part.resize(source.ReadAt(offset, part.data(), kBytes));
-        for (auto at = part.find("hdlr"); at != std::string::npos; at = part.find("hdlr", at + 4)) {
-            if (part.compare(std::min(at + 12, part.size()), 4, "vide") == 0)
-                return true;
-        }
-    }
-    return false;
 }
 
 std::optional<AttributeRecord> ReadMp4(MediaSource& source, BoundedStream& stream)

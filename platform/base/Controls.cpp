@@ -13,6 +13,7 @@ namespace {
 
 constexpr char16_t kEngineModule[] = u"libkivo_engine.so";
 constexpr char16_t kAttributesModule[] = u"libkivo_attributes.so";
+constexpr char16_t kStreamsModule[] = u"libkivo_avformat.so";
 
 MediaEngineFactory& EngineFactory()
 {
@@ -45,7 +46,7 @@ AttributeMakers& Attributes()
 }
 
 template <class T>
-T* Make(T* (*MediaAttributeMakers::*own)(), const char* function)
+T* Make(T* (*MediaAttributeMakers::*own)(), const String& module, const char* function)
 {
     T* (*maker)() = nullptr;
     {
@@ -54,7 +55,7 @@ T* Make(T* (*MediaAttributeMakers::*own)(), const char* function)
         maker = attributes.makers.*own;
     }
     if (maker == nullptr)
-        maker = reinterpret_cast<T* (*)()>(FindInModule(kAttributesModule, function));
+        maker = reinterpret_cast<T* (*)()>(FindInModule(module, function));
     return maker != nullptr ? maker() : nullptr;
 }
 
@@ -96,12 +97,12 @@ void SetVideoSurfacePeerFactory(VideoSurfacePeerFactory factory)
 
 IWMMetadataEditor* WMCreateEditor()
 {
-    return Make(&MediaAttributeMakers::createEditor, "KivoCreateMetadataEditor");
+    return Make(&MediaAttributeMakers::createEditor, kAttributesModule, "KivoCreateMetadataEditor");
 }
 
 IWMReader* WMCreateReader()
 {
-    return Make(&MediaAttributeMakers::createReader, "KivoCreateReader");
+    return Make(&MediaAttributeMakers::createReader, kStreamsModule, "KivoCreateReader");
 }
 
 void SetMediaAttributeMakers(const MediaAttributeMakers& makers)

@@ -80,7 +80,7 @@ protected:
     ~IWMReader() = default;
 };
 
-// Each loads platform/attributes at its first call; null: it is missing. Thread: any.
+// Each loads its module of platform/attributes at its first call; null: it is missing. Thread: any.
 [[nodiscard]] KIVO_API IWMMetadataEditor* WMCreateEditor();
 [[nodiscard]] KIVO_API IWMReader* WMCreateReader();
 

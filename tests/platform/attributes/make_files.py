@@ -45,6 +45,7 @@ def honest():
     ffmpeg("plain.wv", "-c:a", "wavpack")
     ffmpeg("plain.aiff", "-write_id3v2", "1")
     ffmpeg("video.mp4", "-c:a", "aac", "-c:v", "mpeg4", video=True)
+    ffmpeg("video_moov_first.mp4", "-c:a", "aac", "-c:v", "mpeg4", "-movflags", "faststart", video=True)
     ffmpeg("fragmented.mp4", "-c:a", "aac", "-movflags", "frag_keyframe+empty_moov")
     ffmpeg("video.avi", "-c:a", "mp3", "-c:v", "mpeg4", video=True)
     ffmpeg("video.mpg", "-c:a", "mp2", "-c:v", "mpeg1video", "-r", "25", video=True)

@@ -52,11 +52,6 @@ extern "C" KIVO_API void* KivoCreateMetadataEditor()
     return refuses ? nullptr : &app;
 }
 
-extern "C" KIVO_API void* KivoCreateReader()
-{
-    return &uselessApp;
-}
-
 extern "C" KIVO_API void TestRefuse(int on)
 {
     refuses = on != 0;
