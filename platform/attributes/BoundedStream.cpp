@@ -11,6 +11,9 @@ constexpr unsigned long kBlockLimit = 4UL * 1024 * 1024;
 constexpr unsigned long kFirstBlockLimit = 32UL * 1024 * 1024; // A tag in front holds pictures.
 constexpr std::int64_t kFirstBlockStart = 10; // It begins at most behind its header.
 constexpr std::int64_t kChunkSizeBytes = 4;
+constexpr unsigned kApeFooterBytes = 32;
+constexpr unsigned kApeCountOffset = 16;
+constexpr unsigned kMostApeItems = 2048;
 } // namespace
 
 BoundedStream::BoundedStream(MediaSource& source, std::int64_t baseOffset)
@@ -44,7 +47,19 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length)
         id3ChunkOffset_ = position_ + kChunkSizeBytes;
         return "junk";
     }
+    if (block.size() == kApeFooterBytes)
+        BoundApeItems(block);
     return block;
+}
+
+// The footer of an APE tag says how many items TagLib makes of it: each costs a thousand bytes.
+void BoundedStream::BoundApeItems(TagLib::ByteVector& block)
+{
+    constexpr bool kBigEndian = false;
+    if (!block.startsWith("APETAGEX") || block.toUInt(kApeCountOffset, kBigEndian) <= kMostApeItems)
+        return;
+    const TagLib::ByteVector count = TagLib::ByteVector::fromUInt(kMostApeItems, kBigEndian);
+    std::copy(count.begin(), count.end(), block.begin() + kApeCountOffset);
 }
 
 void BoundedStream::writeBlock(const TagLib::ByteVector& /*data*/) {}

@@ -20,6 +20,9 @@ public:
     // The largest block that is read; larger ones come back empty. 4 MB until it is set.
     void SetBlockLimit(unsigned long bytes) { blockLimit_ = bytes; }
 
+    // What is read in all, from here on. 64 MB until it is set.
+    void SetBudget(std::int64_t bytes) { bytesLeft_ = bytes; }
+
     // While on, the name of an ID3 chunk reads as "junk", so that the reader of RIFF passes over
     // it, and the place of its tag is noted: the caller reads it by a frame factory of its own.
     void SetHidesId3Chunk(bool on) { hidesId3Chunk_ = on; }
@@ -43,6 +46,8 @@ public:
     void truncate(long length) override;
 
 private:
+    static void BoundApeItems(TagLib::ByteVector& block);
+
     MediaSource& source_;
     std::int64_t baseOffset_;
     std::int64_t position_ = 0;

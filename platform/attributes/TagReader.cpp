@@ -38,6 +38,7 @@ namespace {
 constexpr std::size_t kHeadBytes = 64;
 constexpr unsigned long kPictureBlockLimit =
     16UL * 1024 * 1024; // Blocks of formats that keep pictures among texts.
+constexpr std::int64_t kSmallBudget = 16 * 1024 * 1024; // Of formats that make texts of all of it.
 constexpr std::int64_t kId3v2HeaderBytes = 10;
 constexpr std::int64_t kLargestLeadingTag = 32 * 1024 * 1024;
 constexpr std::int64_t kId3v1Bytes = 128;
@@ -248,7 +249,7 @@ std::optional<AttributeRecord> ReadOgg(MediaSource& source, BoundedStream& strea
     if (head.find("OpusHead") != std::string_view::npos && HasSaneOggComments(source, 8))
         return ReadPlain<TagLib::Ogg::Opus::File>(stream);
     constexpr std::string_view kFlacMark("\x7F\x46LAC", 5);
-    if (head.find(kFlacMark) != std::string_view::npos && HasSaneOggComments(source, 4)) {
+    if (head.find(kFlacMark) != std::string_view::npos && HasSaneOggFlacComments(source)) {
         return ReadPlain<TagLib::Ogg::FLAC::File>(stream);
     }
     if (head.find("\x01vorbis") != std::string_view::npos && HasSaneOggComments(source, 7))
@@ -261,14 +262,14 @@ ReadByContent(MediaSource& source, const Sniffed& sniffed, BoundedStream& stream
 {
     switch (sniffed.content) {
     case Content::Mpeg: return ReadMpeg(source, stream);
-    case Content::Asf: return ReadAsf(source, stream);
+    case Content::Asf: stream.SetBudget(kSmallBudget); return ReadAsf(source, stream);
     case Content::Wave: return ReadChunked<TagLib::RIFF::WAV::File>(stream);
     case Content::Aiff: return ReadChunked<TagLib::RIFF::AIFF::File>(stream);
-    case Content::Mp4: return ReadMp4(source, stream);
+    case Content::Mp4: stream.SetBudget(kSmallBudget); return ReadMp4(source, stream);
     case Content::Ape: return ReadPlain<TagLib::APE::File>(stream);
     case Content::WavPack: return ReadPlain<TagLib::WavPack::File>(stream);
     case Content::Flac: return ReadFlac(source, sniffed.tagBytes, stream);
-    case Content::Ogg: stream.SetBlockLimit(kPictureBlockLimit); return ReadOgg(source, stream);
+    case Content::Ogg: stream.SetBudget(kSmallBudget); return ReadOgg(source, stream);
     default: return std::nullopt;
     }
 }

@@ -14,6 +14,9 @@ namespace kivo::attributes {
 
 namespace {
 
+// More than an attribute's 16-bit length can tell.
+constexpr std::size_t kLongestText = 32 * 1024;
+
 TagLib::String Decode(const TagLib::ByteVector& data, bool cutsBlanks)
 {
     std::string_view bytes(data.data(), data.size());
@@ -56,8 +59,10 @@ String ToString(const TagLib::String& text)
     // TagLib holds UTF-16 units in wide characters; a whole code point is met only if that ever
     // changes.
     String result;
-    result.reserve(text.size());
+    result.reserve(std::min<std::size_t>(text.size(), kLongestText));
     for (const wchar_t wide : text) {
+        if (result.size() >= kLongestText)
+            break;
         const auto unit = static_cast<char32_t>(wide);
         if (unit == 0)
             break;

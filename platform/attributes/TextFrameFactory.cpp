@@ -19,6 +19,8 @@ constexpr std::array<std::string_view, 10> kTextFrames = { // ID3v2.3 and 2.4, t
     "TCO",
     "COM"};
 
+constexpr unsigned kLongestText = 256 * 1024; // Bytes of a frame.
+
 // The frame header's bits that say how the data is stored, by version (ID3v2.3.0 3.3.1,
 // ID3v2.4.0 4.1.2).
 constexpr char kEncryptedV3 = 0x40;
@@ -43,6 +45,8 @@ bool TextFrameFactory::updateFrame(FrameAccess::Header* header) const
         header->setFrameSize(size);
         return false;
     }
+    if (header->frameSize() > kLongestText)
+        return false;
     const TagLib::ByteVector id = header->frameID();
     const std::string_view name(id.data(), id.size());
     if (std::find(kTextFrames.begin(), kTextFrames.end(), name) == kTextFrames.end())

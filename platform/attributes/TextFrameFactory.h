@@ -12,7 +12,8 @@ public:
 };
 
 // Makes the five text frames that are shown and leaves the rest raw: no picture is copied, nothing
-// is inflated, and a tag of a great many frames ends early. One object for one tag.
+// is inflated, a text of 256 KB is none, and a tag of a great many frames ends early. One object
+// for one tag.
 class TextFrameFactory : public TagLib::ID3v2::FrameFactory {
 public:
     TextFrameFactory() = default;

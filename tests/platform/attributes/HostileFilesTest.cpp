@@ -99,7 +99,20 @@ INSTANTIATE_TEST_SUITE_P(
                     HostileFile{"ManyId3Frames", "tiny_frames.mp3"},
                     HostileFile{"ManyApeItems", "items.ape"},
                     HostileFile{"ManyAsfAttributes", "attributes.wma", kMaxAvformatKilobytes},
-                    HostileFile{"ManyVorbisComments", "comments.flac"}),
+                    HostileFile{"ManyVorbisComments", "comments.flac"},
+                    HostileFile{"ManySmallApeItems", "crowded_ape.mp3"},
+                    HostileFile{"ManyInfoFields", "crowded_info.wav", kMaxAvformatKilobytes},
+                    HostileFile{"CommentsInTheFirstPage", "crowded.ogg"},
+                    HostileFile{"CommentsInALaterBlock", "crowded_flac.ogg"},
+                    HostileFile{"ALongComment", "long_text.ogg"},
+                    HostileFile{"ALongCommentInFlac", "long_text.flac"},
+                    HostileFile{"APacketOfNothing", "padded.ogg"},
+                    HostileFile{"LargePictures", "pictures.flac"},
+                    HostileFile{"ALongId3Frame", "long_text.mp3"},
+                    HostileFile{"ALongLatinFrame", "long_latin.mp3"},
+                    HostileFile{"LongAtoms", "long_texts.m4a", kMaxAvformatKilobytes},
+                    HostileFile{"ManyTextsInAnAtom", "crowded.m4a", kMaxAvformatKilobytes},
+                    HostileFile{"LongAsfTexts", "long_texts.wma", kMaxAvformatKilobytes}),
     [](const auto& row) { return row.param.name; });
 
 // A list under a film's name may not open what it names: its length would come back.

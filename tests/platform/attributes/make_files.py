@@ -147,7 +147,78 @@ def hostile():
     os.mkfifo(path("pipe.mp3"))
 
 
+def ogg_page(segments, data, number):
+    return b"OggS\0\0" + bytes(8) + struct.pack("<III", 1, number, 0) + bytes([len(segments)]) + bytes(segments) + data
+
+
+def ogg(packets):
+    """A stream of full pages behind a short one: a packet begins in the page where the last ends."""
+    lacing, data = [], b"".join(packets)
+    for packet in packets:
+        lacing += [255] * (len(packet) // 255) + [len(packet) % 255]
+    pages, at = [], 0
+    ends = [0, 5, *range(260, len(lacing), 255), len(lacing)]
+    for number, (first, end) in enumerate(zip(ends, ends[1:])):
+        segments = lacing[first:end]
+        pages.append(ogg_page(segments, data[at:at + sum(segments)], number))
+        at += sum(segments)
+    return b"".join(pages)
+
+
+def mib(count):
+    return count * 1024 * 1024
+
+
+def crowded():
+    """A great deal of what is honest in small numbers, each just below the bound on a block."""
+    sound = read("bare.mp3")
+    count = mib(4) // 15 - 100
+    items = b"".join(struct.pack("<II", 1, 0) + f"{i:04x}".encode() + b"\0v" for i in range(count))
+    footer = b"APETAGEX" + struct.pack("<IIII", 2000, len(items) + 32, count, 0) + b"\0" * 8
+    write("crowded_ape.mp3", sound + items + footer)
+    fields = b"".join(f"{i:04X}".encode()[:4] + struct.pack("<I", 2) + b"v\0" for i in range(65536)) * 6
+    info = b"INFO" + fields[:mib(4) - 4096]
+    wave = read("bare_wave.wav") + b"LIST" + struct.pack("<I", len(info)) + info
+    write("crowded_info.wav", wave[:4] + struct.pack("<I", len(wave) - 8) + wave[8:])
+    comments = struct.pack("<II", 0, 1_000_000) + (struct.pack("<I", 5) + b"A=bcd") * 1_000_000
+    long_text = struct.pack("<III", 0, 1, mib(15) + 6) + b"TITLE=" + b"t" * mib(15)
+    vorbis = b"\x01vorbis" + struct.pack("<IBIIIIBB", 0, 2, 44100, 0, 128000, 0, 0xB8, 1)
+    write("crowded.ogg", ogg([vorbis, b"\x03vorbis" + comments, b"\x05vorbis"]))
+    write("long_text.ogg", ogg([vorbis, b"\x03vorbis" + long_text, b"\x05vorbis"]))
+    write("padded.ogg", ogg([vorbis, b"\x03vorbis" + bytes(mib(60)), b"\x05vorbis"]))
+    streaminfo = b"\0\0\0\x22" + read("plain.flac")[8:42]
+    mapping = b"\x7fFLAC\1\0\0\3fLaC" + streaminfo
+    header = b"\x84\0\0\0"
+    write("crowded_flac.ogg", ogg([mapping, b"\1\0\0\4" + bytes(4), header + comments]))
+    block = b"\x84" + struct.pack(">I", len(long_text))[1:] + long_text
+    write("long_text.flac", b"fLaC" + streaminfo + block)
+    picture = struct.pack(">III", 3, 0, 0) + struct.pack(">IIIII", 0, 0, 0, 0, mib(15)) + bytes(mib(15))
+    pictures = b"".join(b"\6" + struct.pack(">I", len(picture))[1:] + picture for _ in range(4))
+    write("pictures.flac", b"fLaC" + streaminfo + pictures + b"\x81\0\0\0")
+    large = b"\1\xff\xfe" + "t".encode("utf-16-le") * (mib(30) // 2)
+    write("long_text.mp3", id3v2([frame("TIT2", large)]) + sound)
+    latin = b"\0" + b"t" * mib(30)
+    write("long_latin.mp3", id3v2([frame("TPE1", latin)]) + sound)
+    value = atom(b"data", struct.pack(">II", 1, 0) + b"t" * (mib(4) - 64))
+    names = [b"\xa9nam", b"\xa9ART", b"\xa9alb", b"\xa9gen", b"\xa9cmt"] * 3
+    texts = atom(b"ilst", b"".join(atom(name, value) for name in names))
+    small = atom(b"data", struct.pack(">II", 1, 0))
+    parts = atom(b"ilst", atom(b"\xa9nam", small * ((mib(4) - 64) // len(small))))
+    for name, ilst in (("long_texts.m4a", texts), ("crowded.m4a", parts)):
+        meta = atom(b"meta", bytes(4) + atom(b"hdlr", bytes(8) + b"mdirappl" + bytes(9)) + ilst)
+        write(name, atom(b"ftyp", b"M4A \0\0\2\0isom") + atom(b"moov", atom(b"udta", meta)))
+    guid = bytes.fromhex("eacbf8c5af5b48778467aa8c44fa4cca")
+    name, text = "Title\0".encode("utf-16-le"), b"t\0" * (mib(3) // 2)
+    one = struct.pack("<HHHHI", 0, 0, len(name), 0, len(text)) + name + text
+    library = guid + struct.pack("<QH", 26 + 12 * len(one), 12) + one * 12
+    extension = bytes.fromhex("b503bf5f2ea9cf118ee300c00c205365") + struct.pack("<Q", len(library) + 46)
+    extension += bytes.fromhex("11d2d3abbaa9cf118ee600c00c205365") + struct.pack("<HI", 6, len(library)) + library
+    header = bytes.fromhex("3026b2758e66cf11a6d900aa0062ce6c")
+    write("long_texts.wma", header + struct.pack("<QIBB", len(extension) + 30, 1, 1, 2) + extension)
+
+
 os.makedirs(OUT, exist_ok=True)
 honest()
 odd()
 hostile()
+crowded()
