@@ -1,4 +1,4 @@
-#include "bench/medialib/Measure.h"
+#include "bench/support/Measure.h"
 #include "medialib/AddFolderThread.h"
 #include "medialib/IMediaLibManager.h"
 #include "platform/base/PostQueue.h"

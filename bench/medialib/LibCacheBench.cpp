@@ -1,4 +1,4 @@
-#include "bench/medialib/Measure.h"
+#include "bench/support/Measure.h"
 #include "medialib/LibCache.h"
 #include "medialib/MediaInfoNames.h"
 #include "shell/contracts/common/Text.h"

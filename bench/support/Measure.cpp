@@ -1,4 +1,4 @@
-#include "bench/medialib/Measure.h"
+#include "bench/support/Measure.h"
 
 #include <sys/resource.h>
 #include <sys/wait.h>
