@@ -130,6 +130,8 @@ int CPlayerPanel::OnBuildControlAfter()
 
     bar_ = new CMediaSliderBar;
     bar_->SetObjectID(u"ProcessBar");
+    bar_->SetAccessibleName(
+        common::CMutiLanSupport::GetInstance()->GetStringViaID(u"STRID_TUNEHIVE_NAME_POSITION"));
     controlPanel_->RegisterControl(bar_);
     bar_->SetSkinName(u"tunehive_player");
     bar_->SetAnchorStyle(ui::anchor::kTop);
