@@ -56,6 +56,7 @@ public:
             showFullScreen();
             activateWindow();
         } else {
+            setWindowState(windowState() & ~Qt::WindowFullScreen);
             setParent(home_, Qt::Widget);
             setGeometry(place_);
             setVisible(shown_ && home_ != nullptr);
@@ -164,8 +165,12 @@ public:
     }
     void SetFullScreen(bool on) override
     {
+        // Posted: the key or click that led here is still on its way to the window that goes.
         if (widget_ != nullptr)
-            widget_->SetFullScreen(on);
+            QMetaObject::invokeMethod(
+                widget_,
+                [widget = widget_.data(), on] { widget->SetFullScreen(on); },
+                Qt::QueuedConnection);
     }
     void Update() override
     {
