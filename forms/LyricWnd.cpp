@@ -42,8 +42,9 @@ void CLyricWnd::CalculateBounds(const Rect& place)
 {
     CSkinWnd::CalculateBounds(place);
     const Rect bounds = GetBoundsRect();
-    if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer())
-        player->SetBounds(bounds.left, bounds.top, bounds.right, bounds.bottom);
+    // By the manager, which keeps them: the next track's player then has its size from the start.
+    if (auto* manager = CMediaPlayerManager::FindInstance())
+        manager->SetBounds(bounds.left, bounds.top, bounds.right, bounds.bottom);
 }
 
 } // namespace kivo::tunehive
