@@ -53,16 +53,14 @@ void DesktopWishes::Ask()
         QDBusConnection bus = QDBusConnection::sessionBus();
         if (!bus.isConnected())
             return;
-        // From whoever sends it: tied to the portal's name, the first changes after a start got
-        // lost.
-        // Else the slot is refused: its type is looked up by name.
-        qRegisterMetaType<QDBusMessage>();
-        bus.connect(kService,
+        // From whoever sends it: tied to the portal's name, the library would wait for the name's
+        // owner, and the first changes after a start got lost.
+        bus.connect(QString(),
                     kPath,
                     kInterface,
                     QStringLiteral("SettingChanged"),
                     this,
-                    SLOT(OnSettingChanged(QDBusMessage)));
+                    SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
         AskFor(kScheme);
         AskFor(kContrast);
     });
@@ -83,11 +81,12 @@ void DesktopWishes::AskFor(const QString& key)
     });
 }
 
-void DesktopWishes::OnSettingChanged(const QDBusMessage& message)
+void DesktopWishes::OnSettingChanged(const QString& space,
+                                     const QString& key,
+                                     const QDBusVariant& value)
 {
-    const QVariantList told = message.arguments();
-    if (told.size() == 3 && told[0].toString() == kSpace)
-        Take(told[1].toString(), told[2]);
+    if (space == kSpace)
+        Take(key, value.variant());
 }
 
 void DesktopWishes::Take(const QString& key, const QVariant& value)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QObject>
 #include <QVariant>
 
@@ -22,7 +22,8 @@ signals:
     void Changed();
 
 public slots:
-    void OnSettingChanged(const QDBusMessage& message); // From the bus.
+    // From the bus: the setting `key` of `space` has a new value.
+    void OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value);
 
 private:
     void AskFor(const QString& key);

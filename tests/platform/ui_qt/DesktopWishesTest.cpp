@@ -10,10 +10,13 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
 namespace kivo::ui::qt {
 
 QDBusVariant FakePortal::Read(const QString& space, const QString& key)
 {
+    ++asked;
     const bool isScheme = space == QLatin1String("org.freedesktop.appearance") &&
                           key == QLatin1String("color-scheme");
     return QDBusVariant(QVariant::fromValue(QDBusVariant(isScheme ? scheme : 0U)));
@@ -23,38 +26,47 @@ namespace {
 
 const QString kPortal = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kPortalSide = QStringLiteral("portal");
 constexpr int kWait = 5000;
 
-// A bus of the test's own, with a portal on it.
+// A bus of the tests' own, with a portal on it. One for all: a process keeps the session bus that
+// it found first.
 class DesktopWishesTest : public testing::Test {
 protected:
+    static void SetUpTestSuite()
+    {
+        bus_ = std::make_unique<QProcess>();
+        bus_->start(QStringLiteral("dbus-daemon"),
+                    {QStringLiteral("--session"),
+                     QStringLiteral("--nofork"),
+                     QStringLiteral("--print-address=1")});
+        if (!bus_->waitForStarted(kWait) || !bus_->waitForReadyRead(kWait))
+            return;
+        const QByteArray address = bus_->readLine().trimmed();
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        QDBusConnection::connectToBus(QString::fromLatin1(address), kPortalSide);
+    }
+    static void TearDownTestSuite()
+    {
+        QDBusConnection::disconnectFromBus(kPortalSide);
+        bus_->terminate();
+        bus_->waitForFinished(kWait);
+        bus_.reset();
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    }
+
     void SetUp() override
     {
-        bus_.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--session"),
-                    QStringLiteral("--nofork"),
-                    QStringLiteral("--print-address=1")});
-        if (!bus_.waitForStarted(kWait))
+        if (bus_->state() != QProcess::Running)
             GTEST_SKIP() << "there is no dbus-daemon";
-        ASSERT_TRUE(bus_.waitForReadyRead(kWait));
-        const QByteArray address = bus_.readLine().trimmed();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        QDBusConnection connection =
-            QDBusConnection::connectToBus(QString::fromLatin1(address), QStringLiteral("portal"));
-        ASSERT_TRUE(connection.isConnected());
+        QDBusConnection connection(kPortalSide);
         ASSERT_TRUE(connection.registerService(kPortal));
         ASSERT_TRUE(connection.registerObject(
             kPath, &portal_, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
     }
-    void TearDown() override
-    {
-        bus_.terminate();
-        bus_.waitForFinished(kWait);
-        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    }
 
     FakePortal portal_;
-    QProcess bus_;
+    inline static std::unique_ptr<QProcess> bus_;
 };
 
 TEST_F(DesktopWishesTest, AsksForTheDesktopsColoursWithoutWaiting)
@@ -67,6 +79,33 @@ TEST_F(DesktopWishesTest, AsksForTheDesktopsColoursWithoutWaiting)
     ASSERT_TRUE(changes.wait(kWait));
     EXPECT_TRUE(wishes.IsDark());
     EXPECT_FALSE(wishes.IsHighContrast());
+}
+
+TEST_F(DesktopWishesTest, HearsWhenTheDesktopChanges)
+{
+    const QString appearance = QStringLiteral("org.freedesktop.appearance");
+    DesktopWishes wishes(nullptr);
+    QSignalSpy changes(&wishes, &DesktopWishes::Changed);
+    wishes.Ask();
+    // The portal has been asked, so the bus has also been told what to send on.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return portal_.asked == 2; }, kWait));
+    const auto tell = [this](const QString& space, const char* key, const QVariant& value) {
+        emit portal_.SettingChanged(space, QString::fromLatin1(key), QDBusVariant(value));
+    };
+    tell(QStringLiteral("org.gnome.desktop"), "color-scheme", 1U);
+    tell(appearance, "contrast", 1U);
+    ASSERT_TRUE(changes.wait(kWait));
+    EXPECT_FALSE(wishes.IsDark()) << "another space's setting of the same name";
+    EXPECT_TRUE(wishes.IsHighContrast());
+    tell(appearance, "accent-color", QStringLiteral("no number"));
+    tell(appearance, "color-scheme", QStringLiteral("dark"));
+    tell(appearance, "color-scheme", 1U);
+    ASSERT_TRUE(changes.wait(kWait));
+    EXPECT_TRUE(wishes.IsDark());
+    tell(appearance, "color-scheme", 2U);
+    ASSERT_TRUE(changes.wait(kWait));
+    EXPECT_FALSE(wishes.IsDark());
+    EXPECT_EQ(changes.count(), 3);
 }
 
 } // namespace

@@ -12,6 +12,10 @@ class FakePortal final : public QObject {
 
 public:
     unsigned scheme = 0;
+    int asked = 0;
+
+signals:
+    void SettingChanged(const QString& space, const QString& key, const QDBusVariant& value);
 
 public slots:
     QDBusVariant Read(const QString& space, const QString& key);
