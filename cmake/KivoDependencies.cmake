@@ -19,6 +19,7 @@ endmacro()
 
 kivo_pkg(TINYXML tinyxml libtinyxml-dev)
 kivo_pkg(ICU icu-uc libicu-dev)
+kivo_pkg(FONTCONFIG fontconfig libfontconfig-dev)
 kivo_pkg(MPV mpv libmpv-dev)
 kivo_pkg(TAGLIB taglib libtag1-dev)
 kivo_pkg(AVFORMAT libavformat libavformat-dev)

@@ -1,9 +1,12 @@
 #include "host/Screen.h"
 
+#include "host/FontLoader.h"
+
 #include <QApplication>
 
 #include <clocale>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +57,12 @@ std::vector<char*> PointTo(std::vector<std::string>& arguments)
 } // namespace
 
 struct Screen::Impl {
+    Impl() { fonts->OnApplicationReady(); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+    ~Impl() { fonts.reset(); } // Before the application object.
+
+    std::optional<FontLoader> fonts{std::in_place};
     std::vector<std::string> arguments = MakeArguments();
     std::vector<char*> pointers = PointTo(arguments);
     int count = static_cast<int>(arguments.size());

@@ -106,27 +106,28 @@ void FlatButton::SetLabelFont(const QFont& font)
 
 QSize FlatButton::sizeHint() const
 {
-    const QFontMetrics medium(WithWeight(font(), QFont::Medium));
-    const QFontMetrics bold(WithWeight(font(), QFont::DemiBold));
-    const int grown = medium.height() + 10;
+    const QFont medium = WithWeight(font(), QFont::Medium);
+    const auto grown = [&medium] { return QFontMetrics(medium).height() + 10; };
+    const auto boldWidth = [this] {
+        return MeasureWidth(WithWeight(font(), QFont::DemiBold), word_);
+    };
     switch (kind_) {
     case Kind::Big: return {44, 44};
     case Kind::Word: {
-        int width = medium.horizontalAdvance(word_);
+        int width = MeasureWidth(medium, word_);
         if (const QWidget* strip = parentWidget(); strip != nullptr && strip->width() > 0)
             width = std::min(width, static_cast<int>(strip->width() * kLongestWord));
-        return {kSquare + width + 1 + kWordEnd, std::max(kSquare, grown)};
+        return {kSquare + width + 1 + kWordEnd, std::max(kSquare, grown())};
     }
     case Kind::Plain:
-    case Kind::Default:
-        return {bold.horizontalAdvance(word_) + 2 * kFormSide, std::max(kFormHeight, grown)};
-    case Kind::Link: return {medium.horizontalAdvance(word_) + 1, std::max(28, grown)};
+    case Kind::Default: return {boldWidth() + 2 * kFormSide, std::max(kFormHeight, grown())};
+    case Kind::Link: return {MeasureWidth(medium, word_) + 1, std::max(28, grown())};
     case Kind::Tab: // As wide as it is when chosen, so that no choice moves the others.
-        return {kTabPicture + (word_.isEmpty() ? 0 : kTabGap + bold.horizontalAdvance(word_) + 1),
-                std::max(kSquare, grown)};
+        return {kTabPicture + (word_.isEmpty() ? 0 : kTabGap + boldWidth() + 1),
+                std::max(kSquare, grown())};
     case Kind::Check:
         return {style()->pixelMetric(QStyle::PM_IndicatorWidth) + kBoxGap +
-                    QFontMetrics(font()).horizontalAdvance(word_) + 1,
+                    MeasureWidth(font(), word_) + 1,
                 std::max(kCheckHeight, QFontMetrics(font()).height() + 8)};
     default: return {kSquare, kSquare};
     }

@@ -94,11 +94,12 @@ public:
     {
         if (control_ == nullptr)
             return {};
-        const QFontMetrics metrics(GetLook().font);
+        const QFont font = GetLook().font;
+        const QFontMetrics metrics(font);
         if (control_->IsMultiLine()) // Any width does; the height is for the one it will get.
             return {GetPictureRoom() + 1, GetParagraphHeight(metrics)};
         const QString text = ToLine(ToScreen(control_->GetText()));
-        return {metrics.horizontalAdvance(text) + 1 + GetPictureRoom(), metrics.height()};
+        return {MeasureWidth(font, text) + 1 + GetPictureRoom(), metrics.height()};
     }
 
 protected:

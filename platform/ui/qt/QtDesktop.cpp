@@ -9,6 +9,7 @@
 #include "platform/ui/qt/Pickers.h"
 #include "platform/ui/qt/QtText.h"
 #include "platform/ui/qt/SkinLook.h"
+#include "platform/ui/qt/TextLine.h"
 #include "platform/ui/qt/VideoPeer.h"
 #include "platform/ui/qt/WidgetAccess.h"
 #include "shell/contracts/common/Language.h"
@@ -84,6 +85,7 @@ struct QtDesktop::Impl : QObject {
         skin.SetRightToLeft(mirrored);
         SetHighContrast(contrast);
         DropPictures();
+        ForgetWidths();
         QGuiApplication::setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
         QApplication::setPalette(MakePalette(
             contrast && darkPalette != dark ? MakeContrastPalette(dark) : desktopPalette));

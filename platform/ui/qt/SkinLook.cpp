@@ -3,7 +3,7 @@
 #include "platform/ui/qt/QtText.h"
 
 #include <QApplication>
-#include <QFontInfo>
+#include <QScreen>
 
 #include <algorithm>
 #include <array>
@@ -118,6 +118,17 @@ QColor GetRoleColour(StringView name)
     return palette.color(QPalette::WindowText);
 }
 
+// As asked for: to see what the font's own file makes of it, the file would be opened.
+int GetPixelSize(const QFont& font)
+{
+    if (font.pixelSize() > 0)
+        return font.pixelSize();
+    constexpr qreal kPointsPerInch = 72.0;
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    const qreal dots = screen != nullptr ? screen->logicalDotsPerInchY() : 96.0;
+    return static_cast<int>(std::lround(font.pointSizeF() * dots / kPointsPerInch));
+}
+
 } // namespace
 
 QColor Resolve(const SkinColour& colour)
@@ -153,7 +164,7 @@ QFont GetScaledFont(double scale, int weight)
 {
     QFont font = QApplication::font();
     if (scale > 0.0 && scale != 1.0) {
-        const int base = QFontInfo(font).pixelSize();
+        const int base = GetPixelSize(font);
         const int smallest = std::min(base, kSmallest);
         font.setPixelSize(std::max(smallest, static_cast<int>(std::lround(base * scale))));
     }

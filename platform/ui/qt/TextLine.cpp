@@ -2,15 +2,28 @@
 
 #include "shell/contracts/ui/Types.h"
 
+#include <QFontMetrics>
 #include <QGuiApplication>
+#include <QHash>
 #include <QPainter>
 #include <QTextOption>
+
+#include <utility>
 
 namespace kivo::ui::qt {
 
 namespace {
 
 constexpr qsizetype kLongest = 1000; // Units.
+constexpr qsizetype kMostWidths = 1000;
+
+using WidthTable = QHash<std::pair<QFont, QString>, int>;
+
+WidthTable& GetWidths()
+{
+    static WidthTable widths;
+    return widths;
+}
 
 // The side on the screen: it follows the window, whatever the text's direction.
 Qt::Alignment SideInWindow(TextSide side)
@@ -48,6 +61,24 @@ QString ToLine(const QString& text)
             unit == QChar::ParagraphSeparator)
             unit = u' ';
     return line;
+}
+
+int MeasureWidth(const QFont& font, const QString& line)
+{
+    WidthTable& widths = GetWidths();
+    const auto key = std::make_pair(font, line);
+    if (const auto known = widths.constFind(key); known != widths.constEnd())
+        return *known;
+    if (widths.size() >= kMostWidths)
+        widths.clear();
+    const int width = QFontMetrics(font).horizontalAdvance(line);
+    widths.insert(key, width);
+    return width;
+}
+
+void ForgetWidths()
+{
+    GetWidths().clear();
 }
 
 void DrawLine(

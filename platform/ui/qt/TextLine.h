@@ -3,6 +3,7 @@
 #include <QRect>
 #include <QString>
 
+class QFont;
 class QPainter;
 
 // Text on the screen: plain, in its own direction, at the side that the window's direction gives.
@@ -14,6 +15,10 @@ enum class TextSide { Leading, Centre, Trailing };
 
 // One line: control characters and line ends become blanks; cut to what a line can show.
 [[nodiscard]] QString ToLine(const QString& text);
+
+// The width of a line in pixels. Kept, since every layout asks for the same lines again.
+[[nodiscard]] int MeasureWidth(const QFont& font, const QString& line);
+void ForgetWidths(); // The fonts have changed.
 
 // In the painter's font and pen. `elided`: what doesn't fit ends in "…", at the text's own end.
 void DrawLine(
