@@ -180,26 +180,5 @@ TEST_F(SpoiltTree, ALoadThatFailsIsTakenBackAtOnceAndTheOthersRun)
     EXPECT_GT(errors.find("Playing: a.wav"), takenDown);
 }
 
-// The plug-in is loaded and its page made when the message comes.
-TEST_F(RunTest, AStartedProgramHasNoneOfTheHeavyLibraries)
-{
-    KivoRun run({"--profile", GetProfile()});
-    ASSERT_TRUE(run.WaitFor("running without a window"));
-    run.Signal(SIGSTOP);
-    std::ifstream file("/proc/" + std::to_string(run.GetPid()) + "/maps");
-    const std::string maps(std::istreambuf_iterator<char>(file), {});
-    run.Signal(SIGCONT);
-    EXPECT_NE(maps.find("tunehive.so"), std::string::npos);
-    for (const char* const name : {"libmpv",
-                                   "libavformat",
-                                   "libtag",
-                                   "WebEngine",
-                                   "libEGL_mesa",
-                                   "libGLX_mesa",
-                                   "libLLVM",
-                                   "libstrophe"})
-        EXPECT_EQ(maps.find(name), std::string::npos) << name;
-}
-
 } // namespace
 } // namespace kivo::test

@@ -56,14 +56,17 @@ void End(pid_t child)
     waitpid(child, nullptr, 0);
 }
 
+// Up to the line's end: the server writes in pieces, and dies when nobody reads the last.
 std::string ReadLine(int descriptor)
 {
+    std::string line;
     pollfd wait{descriptor, POLLIN, 0};
-    std::array<char, 32> text{};
-    if (poll(&wait, 1, kWaitMs) <= 0 || read(descriptor, text.data(), text.size() - 1) <= 0)
-        return {};
-    const std::string line = text.data();
-    return line.substr(0, line.find('\n'));
+    for (char unit = 0; poll(&wait, 1, kWaitMs) > 0 && read(descriptor, &unit, 1) == 1;) {
+        if (unit == '\n')
+            return line;
+        line += unit;
+    }
+    return {};
 }
 
 } // namespace
@@ -80,7 +83,8 @@ XScreen::XScreen(bool hasManager)
                      "0",
                      "1280x1024x24",
                      "-nolisten",
-                     "tcp"},
+                     "tcp",
+                     "-noreset"}, // Else it begins anew when the first client goes.
                     ends[1],
                     "");
     close(ends[1]);
