@@ -1,7 +1,8 @@
 #pragma once
 
-#include <sys/types.h>
+#include "tests/support/Process.h"
 
+#include <memory>
 #include <string>
 
 namespace kivo::test {
@@ -22,10 +23,10 @@ public:
     [[nodiscard]] const std::string& GetName() const { return name_; }
 
 private:
-    bool StartManager();
+    [[nodiscard]] bool WaitForManager() const;
 
-    pid_t server_ = -1;
-    pid_t manager_ = -1;
+    std::unique_ptr<Process> server_;
+    std::unique_ptr<Process> manager_;
     std::string name_;
     bool isUp_ = false;
 };
