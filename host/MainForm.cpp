@@ -1,5 +1,6 @@
 #include "host/MainForm.h"
 
+#include "host/ContactNotice.h"
 #include "host/ContactsPage.h"
 #include "host/OwnLine.h"
 #include "host/TabStrip.h"
@@ -20,31 +21,21 @@ namespace kivo::host {
 
 namespace {
 
-enum MenuId : int { kShowSigns = 1, kCabinet = 2, kQuit = 3, kOwnSign = 4 };
+enum MenuId : int {
+    kShowSigns = 1,
+    kCabinet = 2,
+    kQuit = 3,
+    kOwnSign = 4,
+    kTitleOnly = 5,
+    kAccount = 6,
+    kSignOut = 7,
+};
 
 constexpr int kUsualWidth = 340;
 constexpr int kUsualHeight = 680;
 constexpr int kLeastWidth = 280;
 constexpr int kLeastHeight = 400;
 constexpr int kMostSide = 10000;
-
-struct ConnectionWord {
-    SignConnection connection;
-    const char16_t* text;
-};
-constexpr std::array kConnectionWords{
-    ConnectionWord{SignConnection::Connecting, u"STRID_KIVO_CONNECTING"},
-    ConnectionWord{SignConnection::Online,     u"STRID_KIVO_ONLINE"    },
-};
-
-const char16_t* GetConnectionText(SignConnection connection)
-{
-    for (const auto& [known, text] : kConnectionWords) {
-        if (known == connection)
-            return text;
-    }
-    return u"STRID_KIVO_NOTSIGNEDIN";
-}
 
 void EndEditsBelow(const ui::CSkinObject& object)
 {
@@ -58,8 +49,10 @@ void EndEditsBelow(const ui::CSkinObject& object)
 
 } // namespace
 
-MainForm::MainForm(Commands commands)
-    : commands_(std::move(commands))
+MainForm::MainForm(Contacts& contacts, Commands commands, ContactCommands contactCommands)
+    : model_(contacts)
+    , commands_(std::move(commands))
+    , contactCommands_(std::move(contactCommands))
 {
     SetObjectID(u"KivoMainForm");
     SetSkinName(u"form");
@@ -68,6 +61,7 @@ MainForm::MainForm(Commands commands)
 
 MainForm::~MainForm()
 {
+    model_.SetView(nullptr);
     // Pages belong to their plug-ins.
     if (pageArea_ != nullptr) {
         const std::vector<ui::CSkinObject*> pages = pageArea_->GetControls();
@@ -105,12 +99,12 @@ int MainForm::BuildForm()
     tabs_->SetPadding({12, 0, 12, 0});
     tabPlace->RegisterControl(tabs_);
     tabs_->CreatePeer();
-    contacts_ = std::make_unique<ContactsPage>().release();
+    contacts_ = std::make_unique<ContactsPage>(model_, contactCommands_).release();
     pageArea_->RegisterControl(contacts_);
-    contacts_->Build();
+    contacts_->Build(this);
     tabs_->AddTab(contacts_, host::GetText(u"STRID_KIVO_CONTACTS"), u"public\\contacts.png");
     ShowInFront(nullptr);
-    ShowState();
+    model_.SetView(this);
     return 1;
 }
 
@@ -209,21 +203,45 @@ void MainForm::PopUpMenu()
 {
     const ui::MenuDelegate chosen(this, &MainForm::OnMenuCommand);
     Released<ui::IMenu> menu(new ui::IMenu);
-    const bool areSignsShown = commands_.areSignsShown && commands_.areSignsShown();
-    const auto add = [&](const char16_t* id, int number, bool isChecked) {
+    const auto add = [&](const char16_t* id, int number) {
         menu->AddMenu(
-            host::GetText(id), number, /*disabled=*/0, isChecked ? 1 : 0, chosen, nullptr, {});
+            host::GetText(id), number, /*disabled=*/0, /*checked=*/0, chosen, nullptr, {});
     };
-    if (!signKind_.empty()) {
-        const String text = common::FormatText(host::GetText(u"STRID_KIVO_OWNSIGN"), {signTitle_});
-        menu->AddMenu(text, kOwnSign, /*disabled=*/0, /*checked=*/0, chosen, nullptr, {});
-    }
-    add(u"STRID_KIVO_SHOWSIGN", kShowSigns, areSignsShown);
+    AddSignEntries(*menu, chosen);
     if (commands_.hasCabinet && commands_.hasCabinet())
-        add(u"STRID_KIVO_CABINET", kCabinet, false);
+        add(u"STRID_KIVO_CABINET", kCabinet);
     menu->AddMenu(String(), 0, /*disabled=*/0, /*checked=*/0, chosen, nullptr, {});
-    add(u"STRID_KIVO_QUIT", kQuit, false);
+    add(u"STRID_KIVO_QUIT", kQuit);
     ui::IMenu::PopupMenu(this, menu.release(), -1, -1, 0, {});
+}
+
+// What the user shows and to whom.
+void MainForm::AddSignEntries(ui::IMenu& menu, const ui::MenuDelegate& chosen) const
+{
+    const auto add = [&](const String& text, int number, bool isEnabled, bool isChecked) {
+        menu.AddMenu(text, number, isEnabled ? 0 : 1, isChecked ? 1 : 0, chosen, nullptr, {});
+    };
+    const bool isShown = commands_.areSignsShown && commands_.areSignsShown();
+    const bool isAccountOn = commands_.isAccountOn && commands_.isAccountOn();
+    const std::optional<ShownSign>& own = model_.GetOwnSign();
+    if (own) {
+        add(common::FormatText(host::GetText(u"STRID_KIVO_OWNSIGN"), {own->title}),
+            kOwnSign,
+            /*isEnabled=*/true,
+            /*isChecked=*/false);
+    }
+    add(host::GetText(u"STRID_KIVO_SHOWSIGN"), kShowSigns, /*isEnabled=*/true, isShown);
+    if (isAccountOn) {
+        const bool isTitleOnly = commands_.isTitleOnly && commands_.isTitleOnly();
+        add(host::GetText(u"STRID_KIVO_TITLEONLY"), kTitleOnly, isShown, isTitleOnly);
+    }
+    menu.AddMenu(String(), 0, /*disabled=*/0, /*checked=*/0, chosen, nullptr, {});
+    add(host::GetText(isAccountOn ? u"STRID_KIVO_DO_ACCOUNT" : u"STRID_KIVO_DO_SIGNIN"),
+        kAccount,
+        /*isEnabled=*/true,
+        /*isChecked=*/false);
+    if (isAccountOn)
+        add(host::GetText(u"STRID_KIVO_SIGNOUT"), kSignOut, /*isEnabled=*/true, false);
 }
 
 void MainForm::OnMenuCommand(ui::IMenu* entry)
@@ -232,6 +250,15 @@ void MainForm::OnMenuCommand(ui::IMenu* entry)
     case kShowSigns:
         if (commands_.showSigns && commands_.areSignsShown)
             commands_.showSigns(!commands_.areSignsShown());
+        break;
+    case kTitleOnly:
+        if (commands_.setTitleOnly && commands_.isTitleOnly)
+            commands_.setTitleOnly(!commands_.isTitleOnly());
+        break;
+    case kAccount: contactCommands_.setUpAccount(); break;
+    case kSignOut:
+        if (commands_.signOut)
+            commands_.signOut();
         break;
     case kCabinet:
         if (commands_.openCabinet)
@@ -246,53 +273,49 @@ void MainForm::OnMenuCommand(ui::IMenu* entry)
     }
 }
 
-void MainForm::OnState(const SignState& state)
+void MainForm::OnConnection()
 {
-    state_ = state;
+    if (commands_.getOwnName)
+        SetOwnName(commands_.getOwnName());
     ShowState();
+    if (contacts_ != nullptr)
+        contacts_->ShowConnection();
 }
 
-// The contacts of a network appear with the network that has some; the local one has none.
-void MainForm::OnContact(const SignContact& /*contact*/) {}
-void MainForm::OnContactGone(const String& /*id*/) {}
-void MainForm::OnContactAsks(const String& /*id*/) {}
-
-void MainForm::OnSign(const String& id,
-                      const String& kind,
-                      const String& title,
-                      const Property& /*sign*/)
+// Whoever asks to be let in is told of on the tab, since another page may be in front.
+void MainForm::OnContacts()
 {
-    if (id != state_.ownId)
+    if (contacts_ == nullptr)
         return;
-    signKind_ = kind;
-    signTitle_ = title;
-    ShowState();
-}
-
-void MainForm::OnSignGone(const String& id)
-{
-    if (id != state_.ownId)
-        return;
-    signKind_.clear();
-    signTitle_.clear();
-    ShowState();
+    contacts_->ShowPeople();
+    const std::size_t asking = model_.GetRequests().size();
+    String text = host::GetText(u"STRID_KIVO_CONTACTS");
+    if (asking > 0)
+        text += u" (" + common::ToText(static_cast<int>(asking)) + u")";
+    tabs_->SetTabText(contacts_, text);
 }
 
 void MainForm::ShowState()
 {
     CSkinObject* const line = FindControlRecusive(u"OwnLine");
     CSkinObject* const text = FindControlRecusive(u"OwnState");
+    CSkinObject* const presence = FindControlRecusive(u"FacePresence");
     auto* const picture = dynamic_cast<ui::CSkinPhoto*>(FindControlRecusive(u"SignPicture"));
-    if (line == nullptr || text == nullptr || picture == nullptr)
+    if (line == nullptr || text == nullptr || presence == nullptr || picture == nullptr)
         return;
-    const String file = !signKind_.empty() && commands_.getSignPicture
-                            ? commands_.getSignPicture(signKind_)
-                            : String();
+    const SignConnection connection = model_.GetConnection();
+    const bool isOnline =
+        connection == SignConnection::Online || connection == SignConnection::ServerWithoutEventing;
+    const String word = GetConnectionWord(connection);
+    const std::optional<ShownSign>& own = model_.GetOwnSign();
+    const String file = own ? contactCommands_.getSignPicture(own->kind) : String();
     picture->SetPhotoFile(file, {}, 0);
     picture->SetVisible(file.empty() ? 0 : 1);
-    text->SetText(signKind_.empty() ? host::GetText(GetConnectionText(state_.connection))
-                                    : signTitle_);
-    text->SetTooltip(signTitle_);
+    text->SetText(own ? own->title : word);
+    text->SetTooltip(own ? own->title + u"\n" + word : word);
+    presence->SetPicture(isOnline ? u"public\\presence_online.png"
+                                  : u"public\\presence_offline.png");
+    presence->SetAccessibleName(word);
     line->RePositionSubControls();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/ContactRows.h"
 #include "host/Pages.h"
-#include "host/sign/ISignNetwork.h"
 #include "shell/contracts/ui/SkinForm.h"
 
 #include <functional>
@@ -21,7 +21,7 @@ class TabStrip;
 
 // The program's window: the user's face, name and state line, the tabs, and below them the page in
 // front, the contacts or one of a plug-in. Thread: user interface.
-class MainForm final : public ui::CSkinForm, public IPageView, public ISignNetworkListener {
+class MainForm final : public ui::CSkinForm, public IPageView, public IContactsView {
 public:
     // What the window asks of the program.
     struct Commands {
@@ -29,14 +29,18 @@ public:
         std::function<void(IPluginWindow*)> show; // A tab was pressed; null: the contacts.
         std::function<void(bool)> showSigns;      // The user's switch for signs.
         std::function<bool()> areSignsShown;
+        std::function<String()> getOwnName; // By which the user goes now.
+        std::function<bool()> isAccountOn;
+        std::function<void(bool)> setTitleOnly; // Signs go without their addresses.
+        std::function<bool()> isTitleOnly;
+        std::function<void()> signOut;
         std::function<void()> goToOwnSign;
         std::function<bool()> hasCabinet;
         std::function<void()> openCabinet;
-        // The picture beside a sign of that kind, a path; empty: none.
-        std::function<String(const String& kind)> getSignPicture;
     };
 
-    explicit MainForm(Commands commands);
+    // `contacts` is borrowed; the form becomes its view when it opens.
+    MainForm(Contacts& contacts, Commands commands, ContactCommands contactCommands);
     ~MainForm() override;
 
     // The create step; the window is hidden still. False: there is none. Sizes that no window can
@@ -56,15 +60,8 @@ public:
     void OnPageShown(IPluginWindow* page) override;
     void OnPageChanged(IPluginWindow* page) override;
 
-    void OnState(const SignState& state) override;
-    void OnContact(const SignContact& contact) override;
-    void OnContactGone(const String& id) override;
-    void OnContactAsks(const String& id) override;
-    void OnSign(const String& id,
-                const String& kind,
-                const String& title,
-                const Property& sign) override;
-    void OnSignGone(const String& id) override;
+    void OnConnection() override;
+    void OnContacts() override;
 
 protected:
     int BuildForm() override;
@@ -73,18 +70,17 @@ private:
     void OnControl(ui::CSkinObject* sender, void* data);
     void OnMenuCommand(ui::IMenu* entry);
     void PopUpMenu();
+    void AddSignEntries(ui::IMenu& menu, const ui::MenuDelegate& chosen) const;
     void ShowState(); // The sign if one is out, else the connection.
     void ShowInFront(IPluginWindow* page);
 
+    Contacts& model_;
     Commands commands_;
-    SignState state_;
-    String signKind_; // Empty: no sign is out.
-    String signTitle_;
+    ContactCommands contactCommands_;
     IPluginWindow* front_ = nullptr; // Null: the contacts.
     ui::CSkinPanel* pageArea_ = nullptr;
     TabStrip* tabs_ = nullptr;
     ContactsPage* contacts_ = nullptr;
-    LifeToken life_;
 };
 
 } // namespace kivo::host

@@ -135,4 +135,12 @@ IPlugin* Plugins::Find(unsigned pluginId) const
     return found != plugins_.end() ? found->plugin : nullptr;
 }
 
+IPlugin* Plugins::FindForSign(const String& kind) const
+{
+    const auto found = std::find_if(plugins_.begin(), plugins_.end(), [&kind](const Loaded& one) {
+        return !one.plugin->GetStateSignIconPath(kind).empty();
+    });
+    return found != plugins_.end() ? found->plugin : nullptr;
+}
+
 } // namespace kivo::host

@@ -43,6 +43,10 @@ public:
 
     [[nodiscard]] IPlugin* Find(unsigned pluginId) const; // Null: not loaded.
 
+    // The first that has a picture for signs of that kind, and so knows what to do with them; null:
+    // none has.
+    [[nodiscard]] IPlugin* FindForSign(const String& kind) const;
+
 private:
     struct Loaded {
         void* library;

@@ -1,6 +1,10 @@
 #include "host/Program.h"
 
+#include "host/Account.h"
+#include "host/ContactDesk.h"
+#include "host/Contacts.h"
 #include "host/EventLoop.h"
+#include "host/FirstPaint.h"
 #include "host/HostSettings.h"
 #include "host/MainForm.h"
 #include "host/Messages.h"
@@ -35,6 +39,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -91,6 +97,8 @@ private:
     void SetUpEngine();
     void OpenForm();
     [[nodiscard]] MainForm::Commands MakeCommands();
+    [[nodiscard]] ContactCommands MakeContactCommands();
+    void ActivateSign(const String& id);
     void LoadPlugins();
     void TellFailure(const Plugins::Failure& failure);
     void StartPlaying();
@@ -103,19 +111,23 @@ private:
     Terminal& terminal_;
     std::string appFolder_ = FindAppFolder();
     HostSettings settings_;
+    Account account_{settings_};
     Screen screen_;
     ui::qt::QtDesktop desktop_;
     EventLoop loop_;
     LocalSignNetwork signs_;
+    Contacts contacts_;
     std::unique_ptr<IMessages> messages_;
     Pages pages_;
     Services services_;
+    ContactDesk desk_;
     MainForm form_;
     Plugins plugins_;
     PlayerKeys keys_;
     StopSignals signals_;
     std::optional<Playback> playback_;
     std::optional<Screenshot> screenshot_;
+    std::optional<FirstPaint> firstPaint_;
     QTimer statusTimer_;
     QTimer restTimer_;
     std::optional<int> status_; // Set once the run is to end.
@@ -129,8 +141,10 @@ Session::Session(const Options& options, const std::string& profile, Terminal& t
     , settings_(profile + kSettingsFile)
     , signs_(common::PathToText(GetLocalUserName()))
     , messages_(screen_.IsVisible() ? MakeBoxMessages() : MakeTerminalMessages(terminal))
-    , services_({settings_, signs_, *messages_, pages_}, common::PathToText(profile + "/"))
-    , form_(MakeCommands())
+    , services_({settings_, account_, signs_, *messages_, pages_},
+                common::PathToText(profile + "/"))
+    , desk_({signs_, account_, contacts_, services_})
+    , form_(contacts_, MakeCommands(), MakeContactCommands())
     , keys_([this] { return plugins_.GetRemote(); })
     , signals_([this] { Leave(kDone); })
 {
@@ -150,10 +164,14 @@ MainForm::Commands Session::MakeCommands()
     commands.show = [this](IPluginWindow* page) { pages_.ShowPluginPage(page); };
     commands.showSigns = [this](bool show) { services_.ShowMediaState(show); };
     commands.areSignsShown = [this] { return services_.IsMediaStateShown(); };
-    commands.getSignPicture = [this](const String& kind) {
-        IPlugin* const plugin = services_.GetSigningPlugin();
-        return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
+    commands.getOwnName = [this] {
+        return account_.IsOn() ? GetNameOf(account_.Get().address)
+                               : common::PathToText(GetLocalUserName());
     };
+    commands.isAccountOn = [this] { return account_.IsOn(); };
+    commands.isTitleOnly = [this] { return account_.IsTitleOnly(); };
+    commands.setTitleOnly = [this](bool titleOnly) { desk_.SetTitleOnly(titleOnly); };
+    commands.signOut = [this] { desk_.SignOut(); };
     commands.goToOwnSign = [this] { services_.ActivateOwnSign(); };
     commands.hasCabinet = [this] { return plugins_.GetRemote() != nullptr; };
     commands.openCabinet = [this] {
@@ -163,13 +181,48 @@ MainForm::Commands Session::MakeCommands()
     return commands;
 }
 
+ContactCommands Session::MakeContactCommands()
+{
+    ContactCommands commands;
+    commands.activateSign = [this](const String& id) { ActivateSign(id); };
+    commands.answer = [this](const String& id) { desk_.Answer(id); };
+    commands.remove = [this](const String& id) { desk_.Remove(id); };
+    commands.rename = [this](const String& id, const String& name) { desk_.Rename(id, name); };
+    commands.addContact = [this] { desk_.AddContact(); };
+    commands.setUpAccount = [this] { desk_.SetUpAccount(); };
+    commands.givePassword = [this] { desk_.GivePassword(); };
+    commands.judgeCertificate = [this] { desk_.JudgeCertificate(); };
+    commands.tryNow = [this] { desk_.SignIn(); };
+    commands.getSignPicture = [this](const String& kind) {
+        IPlugin* const plugin = plugins_.FindForSign(kind);
+        return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
+    };
+    commands.getServer = [this] { return desk_.GetServer(); };
+    commands.getNow = [] {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        return std::int64_t{std::chrono::duration_cast<std::chrono::milliseconds>(now).count()};
+    };
+    return commands;
+}
+
+// The plug-in that has the sign's picture knows what it means.
+void Session::ActivateSign(const String& id)
+{
+    const Contact* const contact = contacts_.Find(id);
+    if (contact == nullptr || !contact->sign)
+        return;
+    if (IPlugin* const plugin = plugins_.FindForSign(contact->sign->kind))
+        plugin->OnSignatureFun(id, contact->sign->sign);
+}
+
 void Session::OpenForm()
 {
     IncludeSkin();
     desktop_.ApplySkin();
     form_.Open(settings_.GetNumber(kWidthKey, 0), settings_.GetNumber(kHeightKey, 0));
-    form_.SetOwnName(signs_.GetOwnId());
-    signs_.SetListener(&form_);
+    desk_.SetWindow(&form_);
+    contacts_.SetAccountOn(account_.IsOn());
+    signs_.SetListener(&contacts_);
     pages_.SetView(&form_);
 }
 
@@ -182,6 +235,9 @@ int Session::Run()
         form_.ShowWindow(/*command=*/5);
     StartPlaying();
     TakePicture();
+    // Signing in takes nothing from the start. A run for a picture needs nobody.
+    if (options_.screenshot.empty())
+        firstPaint_.emplace([this] { desk_.SignIn(); });
     if (!status_)
         QApplication::exec();
     Stop();
@@ -292,6 +348,7 @@ void Session::Stop()
     statusTimer_.stop();
     restTimer_.stop();
     screenshot_.reset();
+    firstPaint_.reset();
     form_.EndEdits();
     bool isAtRest = true;
     if (ITuneHiveRemote* const remote = plugins_.GetRemote()) {

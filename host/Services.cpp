@@ -1,5 +1,6 @@
 #include "host/Services.h"
 
+#include "host/Account.h"
 #include "host/HostSettings.h"
 #include "host/IMessages.h"
 #include "host/sign/ISignNetwork.h"
@@ -37,6 +38,8 @@ Services::Services(const Parts& parts, const String& directory)
     : parts_(parts)
     , directory_(directory)
 {
+    wasShown_ = Services::IsMediaStateShown();
+    TellNetwork();
     SetHostServices(this);
 }
 
@@ -47,14 +50,32 @@ Services::~Services()
 
 void Services::ShowMediaState(bool show)
 {
-    if (show == IsMediaStateShown())
-        return;
-    parts_.settings.SetNumber(GetSettingKey(), show ? 1 : 0);
-    if (!show) {
+    if (parts_.account.IsOn())
+        parts_.account.SetPublishing(show);
+    else
+        parts_.settings.SetNumber(GetSettingKey(), show ? 1 : 0);
+    OnAccountChanged();
+}
+
+void Services::OnAccountChanged()
+{
+    const bool isShown = IsMediaStateShown();
+    const bool isAnother = isShown != wasShown_;
+    wasShown_ = isShown;
+    if (!isShown && isAnother) {
         signingPlugin_ = nullptr;
         parts_.signs.RemoveSign();
     }
-    watches_.Notify(kSignSetting);
+    TellNetwork();
+    if (isAnother)
+        watches_.Notify(kSignSetting);
+}
+
+// Nothing leaves but what the user has allowed for this account.
+void Services::TellNetwork() const
+{
+    const Account& account = parts_.account;
+    parts_.signs.SetPublishing(account.IsOn() && account.IsPublishing(), !account.IsTitleOnly());
 }
 
 bool Services::RegisterPluginWindow(IPluginWindow* window)
@@ -97,6 +118,8 @@ void Services::ActivateOwnSign()
 
 bool Services::IsMediaStateShown() const
 {
+    if (parts_.account.IsOn())
+        return parts_.account.IsPublishing();
     return parts_.settings.GetNumber(GetSettingKey(), 1) != 0;
 }
 

@@ -10,11 +10,13 @@ class IPluginWindowLayout;
 
 namespace kivo::host {
 
+class Account;
 class HostSettings;
 class IMessages;
 class ISignNetwork;
 
-// The setting by which the user lets contacts see what plays.
+// The setting by which the user lets contacts see what plays, under the name by which it is
+// watched.
 inline constexpr char16_t kSignSetting[] = u"usign_setting";
 
 // What stands behind the exported functions: settings, watches, signs, pages, texts and boxes.
@@ -23,6 +25,7 @@ class Services final : public IHostServices {
 public:
     struct Parts { // All borrowed.
         HostSettings& settings;
+        Account& account;
         ISignNetwork& signs;
         IMessages& messages;
         IPluginWindowLayout& pages;
@@ -34,8 +37,12 @@ public:
     Services& operator=(const Services&) = delete;
     ~Services();
 
-    // The user's switch. Off takes away what is shown before anybody who watches hears of it.
+    // The user's switch. Off takes away what is shown before anybody who watches hears of it. It is
+    // the account's will to publish while that is on, and a setting of its own while it isn't.
     void ShowMediaState(bool show);
+
+    // The account is on or off now, or allows other things.
+    void OnAccountChanged();
 
     bool RegisterPluginWindow(IPluginWindow* window) override;
     void UnregisterPluginWindow(IPluginWindow* window) override;
@@ -60,8 +67,11 @@ public:
     void ActivateOwnSign();
 
 private:
+    void TellNetwork() const;
+
     Parts parts_;
     String directory_;
+    bool wasShown_ = false; // As those who watch have last heard.
     SettingWatches watches_;
     IPlugin* signingPlugin_ = nullptr;
     Property ownSign_;

@@ -8,6 +8,7 @@
 #include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "shell/contracts/ui/SkinWndManager.h"
+#include "tests/host/ScriptedSignNetwork.h"
 
 #include <gtest/gtest.h>
 
@@ -101,13 +102,13 @@ TEST_F(PagesTest, OneIsInFront)
 class MainFormTest : public PagesTest {
 protected:
     MainFormTest()
-        : form_(MakeCommands())
+        : form_(contacts_, MakeCommands(), MakeContactCommands())
     {
         auto& skin = *ui::CSkinManager::GetInstance();
         EXPECT_EQ(skin.IncludeSkinBuildFile(KIVO_HOST_BUILD_FILE), 1);
         EXPECT_TRUE(form_.Open(0, 0));
         EXPECT_EQ(skin.TakeBuildFaults(), std::vector<String>());
-        form_.OnState({SignConnection::LocalOnly, 0, String(), {}, u"me"});
+        network_.SetListener(&contacts_);
         pages_.SetView(&form_);
     }
     ~MainFormTest() override
@@ -121,7 +122,14 @@ protected:
         MainForm::Commands commands;
         commands.quit = [this] { log_ += u"quit "; };
         commands.show = [this](IPluginWindow* page) { pages_.ShowPluginPage(page); };
+        return commands;
+    }
+    static ContactCommands MakeContactCommands()
+    {
+        ContactCommands commands;
         commands.getSignPicture = [](const String& kind) { return kind + u".png"; };
+        commands.getServer = [] { return String(u"example.org"); };
+        commands.getNow = [] { return std::int64_t{0}; };
         return commands;
     }
     [[nodiscard]] String GetText(const char16_t* id) const
@@ -140,6 +148,8 @@ protected:
         return tabs;
     }
 
+    ScriptedSignNetwork network_;
+    Contacts contacts_;
     MainForm form_;
 };
 
@@ -159,15 +169,15 @@ TEST_F(MainFormTest, TellsNameSignAndState)
     EXPECT_EQ(GetText(u"FaceLetters"), u"ML");
     EXPECT_EQ(GetText(u"OwnState"), u"STRID_KIVO_NOTSIGNEDIN");
 
-    form_.OnSign(u"me", u"music", u"A tune", sign);
-    form_.OnSign(u"somebody", u"video", u"Another", sign);
+    contacts_.OnSign(u"me", u"music", u"A tune", sign);
+    contacts_.OnSign(u"somebody", u"video", u"Another", sign);
     EXPECT_EQ(GetText(u"OwnState"), u"A tune");
     EXPECT_EQ(picture->GetPicture(), u"music.png");
     EXPECT_TRUE(picture->IsSetVisible());
 
-    form_.OnSignGone(u"somebody");
+    contacts_.OnSignGone(u"somebody");
     EXPECT_EQ(GetText(u"OwnState"), u"A tune");
-    form_.OnSignGone(u"me");
+    contacts_.OnSignGone(u"me");
     EXPECT_EQ(GetText(u"OwnState"), u"STRID_KIVO_NOTSIGNEDIN");
     EXPECT_FALSE(picture->IsSetVisible());
 }

@@ -1,5 +1,6 @@
 #include "host/Services.h"
 
+#include "host/Account.h"
 #include "host/HostSettings.h"
 #include "host/IMessages.h"
 #include "host/sign/LocalSignNetwork.h"
@@ -90,7 +91,8 @@ protected:
 
     void Start()
     {
-        services_.emplace(Services::Parts{settings_, signs_, messages_, pages_}, folder_.GetPath());
+        services_.emplace(Services::Parts{settings_, account_, signs_, messages_, pages_},
+                          folder_.GetPath());
     }
 
     template <class Result = int, class... Args>
@@ -126,6 +128,7 @@ protected:
     void* library_;
     test::TempFolder folder_;
     HostSettings settings_{(folder_.GetNative() / "host.ini").native()};
+    Account account_{settings_};
     LocalSignNetwork signs_{u"ann"};
     OwnLine line_;
     Messages messages_;

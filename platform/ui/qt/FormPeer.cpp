@@ -236,7 +236,10 @@ private:
     {
         QRect place = ToQt(control_.GetBoundsRect());
         const Size minimum = control_.GetMinimumSize();
-        widget_->setMinimumSize(minimum.width, minimum.height);
+        if (control_.IsModal() && widget_->isVisible())
+            widget_->setFixedSize(place.size()); // More or less is shown in it now.
+        else
+            widget_->setMinimumSize(minimum.width, minimum.height);
         if (control_.IsPopup())
             place = ClampedPopup(place);
         const bool move = placed_ || place.topLeft() != QPoint() || control_.IsPopup();

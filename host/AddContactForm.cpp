@@ -1,0 +1,42 @@
+#include "host/AddContactForm.h"
+
+#include "host/Account.h"
+#include "host/Texts.h"
+#include "shell/contracts/ui/SWColorEdit.h"
+
+#include <utility>
+
+namespace kivo::host {
+
+namespace {
+
+constexpr int kLongestAddress = 2047;
+
+} // namespace
+
+AddContactForm::AddContactForm(String ownId)
+    : HostForm(u"KivoAddContactForm", host::GetText(u"STRID_KIVO_ADDFRIEND"))
+    , ownId_(std::move(ownId))
+{
+}
+
+void AddContactForm::Fill()
+{
+    ui::CSWColorEdit* const input = MakeEdit(u"AddressInput", String(), kLongestAddress);
+    ShowControl(u"AddressError", false);
+    FocusObject(input);
+}
+
+bool AddContactForm::Accept()
+{
+    id_ = GetField(u"AddressInput");
+    String wrong;
+    if (!IsSignId(id_))
+        wrong = host::GetText(u"STRID_KIVO_ADDRESS_WRONG");
+    else if (id_ == ownId_)
+        wrong = host::GetText(u"STRID_KIVO_ADDRESS_OWN");
+    ShowError(u"AddressError", wrong);
+    return wrong.empty();
+}
+
+} // namespace kivo::host
