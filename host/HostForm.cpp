@@ -4,6 +4,7 @@
 #include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SWColorEdit.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kivo::host {
@@ -107,13 +108,15 @@ void HostForm::ShowError(const char16_t* id, const String& text)
 {
     SetControlText(id, text);
     ShowControl(id, !text.empty());
-    RePositionSubControls();
+    GrowToContent();
 }
 
 void HostForm::GrowToContent()
 {
+    RePositionSubControls(); // What has just come in sight learns its width, and so its height.
     const Rect bounds = GetBoundsRect();
-    SetBounds(bounds.left, bounds.top, ui::WidthOf(bounds), GetWantedSize().height);
+    const int height = std::max(ui::HeightOf(bounds), GetWantedSize().height);
+    SetBounds(bounds.left, bounds.top, ui::WidthOf(bounds), height);
     RePositionSubControls();
 }
 

@@ -72,7 +72,8 @@ Stage::Stage(const StageLook& look)
     ui::CSkinManager& skin = *ui::CSkinManager::GetInstance();
     skin.Clear();
     skin.IncludeSkinFile(FromUtf8(KIVO_APP_FOLDER "skin/skin.xml"));
-    skin.IncludeSkinFile(FromUtf8(KIVO_HOST_FOLDER "skin/host_skin.xml"));
+    skin.IncludeSkinFile(FromUtf8(KIVO_APP_FOLDER "plugin/tunehive/skin.xml"));
+    skin.IncludeSkinFile(FromUtf8(KIVO_APP_FOLDER "skin/host_skin.xml"));
     skin.IncludeSkinBuildFile(FromUtf8(KIVO_HOST_FOLDER "skin/host_build.xml"));
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(static_cast<int>(13 * look.fontScale));

@@ -129,6 +129,7 @@ protected:
 
 private:
     static constexpr int kPictureGap = 8;
+    static constexpr int kLeastWidth = 60; // Below it no layout has been yet.
 
     [[nodiscard]] TextLook GetLook() const
     {
@@ -144,14 +145,10 @@ private:
     }
     [[nodiscard]] int GetParagraphHeight(const QFontMetrics& metrics) const
     {
-        const int least = 2 * metrics.lineSpacing();
         const int width = GetRoomWithin(*control_) - GetPictureRoom();
-        if (width <= 0)
-            return least;
-        const QRect place(0, 0, width, QWIDGETSIZE_MAX);
-        const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
-        const QString text = ToScreen(control_->GetText());
-        return std::max(least, metrics.boundingRect(place, flags, text).height());
+        if (width < kLeastWidth)
+            return 2 * metrics.lineSpacing();
+        return MeasureParagraph(GetLook().font, ToScreen(control_->GetText()), width);
     }
     [[nodiscard]] int GetPictureRoom() const
     {

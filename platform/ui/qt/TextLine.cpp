@@ -6,8 +6,10 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QPainter>
+#include <QTextLayout>
 #include <QTextOption>
 
+#include <cmath>
 #include <utility>
 
 namespace kivo::ui::qt {
@@ -90,6 +92,25 @@ void DrawLine(
     QTextOption option = OptionFor(line, side);
     option.setWrapMode(QTextOption::NoWrap);
     painter.drawText(QRectF(place), line, option);
+}
+
+int MeasureParagraph(const QFont& font, const QString& text, int width)
+{
+    QString lines = text;
+    lines.replace(u'\n', QChar::LineSeparator);
+    QTextOption option = OptionFor(lines, TextSide::Leading);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextLayout layout(lines, font);
+    layout.setTextOption(option);
+    const qreal leading = QFontMetricsF(font).leading();
+    qreal height = -leading; // As the painter places lines: each on a whole pixel.
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        height = std::ceil(height + leading) + line.height();
+    }
+    layout.endLayout();
+    return static_cast<int>(std::ceil(height));
 }
 
 void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side)

@@ -24,6 +24,9 @@ void ForgetWidths(); // The fonts have changed.
 void DrawLine(
     QPainter& painter, const QRect& place, const QString& text, TextSide side, bool elided);
 
+// The height that a paragraph takes in that width.
+[[nodiscard]] int MeasureParagraph(const QFont& font, const QString& text, int width);
+
 // Wrapped at words; from the top.
 void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side);
 
