@@ -39,6 +39,8 @@ done
 make -f lavfi -i "$(picture 72x58 0.6)" -i tone.wav -vf setsar=64/45 -c:v libx264 -pix_fmt yuv420p -c:a aac anamorphic.mp4
 make -f lavfi -i "$(picture 64x48 0.6)" -c:v libx264 -pix_fmt yuv420p silent.mp4
 make -f lavfi -i "color=red:size=64x48:rate=25:duration=20" -c:v libx264 -preset ultrafast -pix_fmt yuv420p red.mp4
+# As films are: 1080p, 30 pictures a second, 8 Mbit/s, with sound.
+make -f lavfi -i "testsrc2=size=1920x1080:rate=30:duration=9,noise=alls=8:allf=t" -f lavfi -i "$(tone 9)" -c:v libx264 -preset veryfast -b:v 8M -pix_fmt yuv420p -c:a aac hd.mp4
 # A picture every four seconds beside a steady sound.
 make -f lavfi -i "testsrc=size=64x48:rate=1/4:duration=12" -f lavfi -i "$(tone 12)" -c:v libx264 -pix_fmt yuv420p -c:a aac slides.mp4
 

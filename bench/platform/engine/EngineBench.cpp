@@ -1,6 +1,7 @@
 #include "bench/support/Figures.h"
 #include "platform/engine/Core.h"
 #include "tests/platform/engine/EngineRun.h"
+#include "tests/platform/engine/VideoRun.h"
 #include "tests/support/TestLoop.h"
 
 #include <benchmark/benchmark.h>
@@ -127,6 +128,31 @@ void BM_PlayingCostOfABareCore(benchmark::State& state)
     }
 }
 BENCHMARK(BM_PlayingCostOfABareCore)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+// 1080p at 30 pictures a second in a window of 1280 by 720: what is shown and lost in three
+// seconds, and again after a second in which the window is hidden.
+void BM_FullHdVideo(benchmark::State& state)
+{
+    constexpr double kSeconds = 3;
+    for ([[maybe_unused]] auto _ : state) {
+        test::VideoRun run(1280, 720);
+        if (!run.Start("hd.mp4"))
+            state.SkipWithError("It doesn't play.");
+        const double before = GetProcessorSeconds();
+        const test::VideoRun::Count first = run.Watch(kSeconds);
+        state.SetIterationTime(GetProcessorSeconds() - before);
+        run.SetVisible(false);
+        const test::VideoRun::Count hidden = run.Watch(1);
+        run.SetVisible(true);
+        const test::VideoRun::Count second = run.Watch(kSeconds);
+        state.counters["shown_per_second"] = first.GetRate();
+        state.counters["dropped"] = static_cast<double>(first.dropped);
+        state.counters["dropped_while_hidden"] = static_cast<double>(hidden.dropped);
+        state.counters["shown_per_second_again"] = second.GetRate();
+        state.counters["dropped_again"] = static_cast<double>(second.dropped);
+    }
+}
+BENCHMARK(BM_FullHdVideo)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 void BM_MakeAndDestroy(benchmark::State& state)
 {
