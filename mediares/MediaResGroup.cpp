@@ -188,9 +188,9 @@ MediaInfo MediaResGroup::MakeRecord(const Item& item)
     if (item.whole != nullptr)
         return *item.whole;
     MediaInfo record;
-    record[kItemPath] = ItemPathIndex::GetPath(item.path).Unpack();
+    record.emplace(kItemPath, ItemPathIndex::GetPath(item.path).Unpack());
     if (item.name.IsSet())
-        record[kItemName] = item.name.Unpack();
+        record.emplace_hint(record.end(), kItemName, item.name.Unpack());
     return record;
 }
 

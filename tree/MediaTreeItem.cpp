@@ -287,7 +287,8 @@ void CMediaTreeItem::OnRowCommand(ui::IMenu* entry)
     }
     if (const String target = GroupFromCommand(command, kCommandCopyTo); !target.empty()) {
         tree.CopyTrack(group, sid, target);
-    } else if (const String moved = GroupFromCommand(command, kCommandMoveTo); !moved.empty()) {
+    } else if (const String moved = GroupFromCommand(command, kCommandMoveTo);
+               tree.FindCategory(moved) != nullptr) {
         tree.CopyTrack(group, sid, moved);
         tree.DeleteTrack(group, sid);
     }

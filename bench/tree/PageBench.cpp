@@ -5,6 +5,7 @@
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -98,15 +99,18 @@ Figures Run(const fs::path& program, const fs::path& profile, const char* task)
         text.append(block.data(), static_cast<std::size_t>(got));
     close(ends[0]);
     int status = 0;
-    waitpid(child, &status, 0);
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
     const double ended = static_cast<double>(kivo::bench::GetNowNs() - std::stoll(start)) / 1e6;
     Figures figures;
     std::istringstream lines(text);
     std::string name;
     for (double value = 0; lines >> name >> value;)
         figures[name] = value;
-    if (figures.contains("leaving"))
+    if (figures.contains("leaving")) {
         figures["leave"] = ended - figures["leaving"];
+        figures["leave-cpu"] = kivo::bench::ToMs(usage) - figures["leaving-cpu"];
+    }
     if (status != 0)
         std::fprintf(stderr, "the program ended with status %d\n", status);
     return figures;
@@ -126,9 +130,10 @@ double TakeMedian(std::vector<double> values)
 }
 
 // The files that differ from those of the older profile, written over these by the same writer.
-double WriteAlone(const fs::path& now, const fs::path& before)
+void WriteAlone(const fs::path& now, const fs::path& before, Figures& figures)
 {
-    double took = 0;
+    figures["write-alone"] = 0;
+    figures["write-alone-cpu"] = 0;
     for (const auto& entry : fs::recursive_directory_iterator(now)) {
         if (!entry.is_regular_file())
             continue;
@@ -142,10 +147,11 @@ double WriteAlone(const fs::path& now, const fs::path& before)
             continue;
         const kivo::String path = kivo::common::PathToText(old.native());
         const long long start = kivo::bench::GetNowNs();
+        const double cpu = kivo::bench::GetCpuMs();
         kivo::WriteFileDurably(path, bytes);
-        took += static_cast<double>(kivo::bench::GetNowNs() - start) / 1e6;
+        figures["write-alone"] += static_cast<double>(kivo::bench::GetNowNs() - start) / 1e6;
+        figures["write-alone-cpu"] += kivo::bench::GetCpuMs() - cpu;
     }
-    return took;
 }
 
 void MeasureLeave(const fs::path& folder, const fs::path& profile, int count)
@@ -154,12 +160,10 @@ void MeasureLeave(const fs::path& folder, const fs::path& profile, int count)
     for (int i = 0; i < kStarts; ++i) {
         fs::remove_all(folder / "before");
         fs::copy(profile, folder / "before", fs::copy_options::recursive);
-        const Figures figures = Run(folder / "app/kivo", profile, "leave");
-        const auto leave = figures.find("leave");
-        if (leave == figures.end())
-            return;
-        all["leave"].push_back(leave->second);
-        all["write-alone"].push_back(WriteAlone(profile, folder / "before"));
+        Figures figures = Run(folder / "app/kivo", profile, "leave");
+        WriteAlone(profile, folder / "before", figures);
+        for (const char* name : {"leave", "leave-cpu", "write-alone", "write-alone-cpu"})
+            all[name].push_back(figures[name]);
     }
     for (const auto& [name, values] : all)
         Print(count, name, TakeMedian(values));

@@ -42,14 +42,12 @@ double ReadMegabytes(const char* file, const std::string& field)
     return 0;
 }
 
-double GetCpuMs()
+// Of the calling thread.
+double GetOwnCpuMs()
 {
     rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto ms = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return ms(usage.ru_utime) + ms(usage.ru_stime);
+    getrusage(RUSAGE_THREAD, &usage);
+    return ToMs(usage);
 }
 
 void Print(const char* name, double value)
@@ -120,11 +118,13 @@ private:
         if (isFirst) {
             Print("painted", GetSinceStart());
             Print("painted-cpu", GetCpuMs());
+            Print("painted-own-cpu", GetOwnCpuMs());
         }
         if (!isSettled)
             return;
         Print("settled", GetSinceStart());
         Print("settled-cpu", GetCpuMs());
+        Print("settled-own-cpu", GetOwnCpuMs());
         Print("resident", ReadMegabytes("/proc/self/status", "VmRSS:"));
         Print("proportional", ReadMegabytes("/proc/self/smaps_rollup", "Pss:"));
         QTimer::singleShot(kSettleMs, this, [this] { RunTask(); });
@@ -143,16 +143,22 @@ private:
         std::_Exit(0);
     }
 
+    struct Times {
+        double wall;
+        double cpu; // Of this thread.
+    };
+
     // From the start of an act to the end of the turn that painted what came of it.
-    double TimeToFrame(const std::function<void()>& act)
+    Times TimeToFrame(const std::function<void()>& act)
     {
         QCoreApplication::processEvents();
         const int before = paints_;
         const long long start = GetNowNs();
+        const double cpu = GetOwnCpuMs();
         act();
         while (paints_ == before)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        return static_cast<double>(GetNowNs() - start) / 1e6;
+        return {static_cast<double>(GetNowNs() - start) / 1e6, GetOwnCpuMs() - cpu};
     }
 
     void Report(const char* name,
@@ -160,15 +166,20 @@ private:
                 const std::function<void()>& act,
                 int repeats = kRepeats)
     {
-        std::vector<double> times;
+        std::vector<double> wall;
+        std::vector<double> cpu;
         for (int i = 0; i < repeats; ++i) {
             prepare();
             view_->viewport()->update();
-            times.push_back(TimeToFrame(act));
+            const Times times = TimeToFrame(act);
+            wall.push_back(times.wall);
+            cpu.push_back(times.cpu);
         }
-        std::sort(times.begin(), times.end());
-        Print(name, times[times.size() / 2]);
-        Print((std::string(name) + "-worst").c_str(), times.back());
+        const auto middle = static_cast<std::size_t>(repeats / 2);
+        std::sort(wall.begin(), wall.end());
+        std::sort(cpu.begin(), cpu.end());
+        Print(name, wall[middle]);
+        Print((std::string(name) + "-cpu").c_str(), cpu[middle]);
     }
 
     void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
@@ -245,6 +256,7 @@ private:
         ui::CSkinTreeItem* const row = GetGroup().GetChild(0);
         if (row != nullptr)
             row->OnEditEnd(String(), u"renamed " + common::ToText(static_cast<int>(GetCpuMs())));
+        Print("leaving-cpu", GetCpuMs());
         Print("leaving", GetSinceStart());
         static_cast<void>(std::raise(SIGTERM));
     }
@@ -280,6 +292,21 @@ long long GetNowNs()
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
         .count();
+}
+
+double ToMs(const rusage& usage)
+{
+    const auto ms = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+    };
+    return ms(usage.ru_utime) + ms(usage.ru_stime);
+}
+
+double GetCpuMs()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return ToMs(usage);
 }
 
 int RunProbe(const std::string& profile, ProbeTask task, long long startNs)

@@ -2,6 +2,8 @@
 
 #include <string>
 
+struct rusage;
+
 namespace kivo::bench {
 
 // What a run of the program does once no row on screen is due.
@@ -14,5 +16,9 @@ int RunProbe(const std::string& profile, ProbeTask task, long long startNs);
 
 // Nanoseconds of the monotonic clock, which all processes share.
 [[nodiscard]] long long GetNowNs();
+
+// Milliseconds of processor time: what counts where others keep the machine busy.
+[[nodiscard]] double ToMs(const rusage& usage);
+[[nodiscard]] double GetCpuMs(); // Of this process so far.
 
 } // namespace kivo::bench

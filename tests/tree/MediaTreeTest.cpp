@@ -231,6 +231,33 @@ TEST_F(TreeTest, TheSelectionIsPlayedCopiedMovedAndDeleted)
     EXPECT_EQ(Paths(user), (Strings{u"m3", u"m1"}));
 }
 
+TEST_F(TreeTest, AMoveToAGroupThatHasGoneLeavesTheTracks)
+{
+    Add(u"mine", {u"m1", u"m2"});
+    const Released<ui::IMenu> menu(tree_->GetMultiSelectMenu()); // Fills the list of targets.
+    Select({&Row(u"mine", 0), &Row(u"mine", 1)});
+    tree_->MoveSelectionTo(u"userzz");
+    EXPECT_EQ(Paths(u"mine").size(), 2U);
+
+    const String user = NewGroup();
+    const Released<ui::IMenu> ofTrack(Row(u"mine", 0).GetRowMenu(ui::MenuDelegate()));
+    const ui::IMenu* const targets = ofTrack->GetEntries()[1].get();
+    ui::IMenu* const toUser = targets->GetEntries().back().get();
+    host_.boxAnswers = {1};
+    tree_->DeleteCategory(user);
+    Row(u"mine", 0).OnRowCommand(toUser);
+    EXPECT_EQ(Paths(u"mine").size(), 2U);
+}
+
+TEST_F(TreeTest, ATrackThatHasGonePlaysNothing)
+{
+    Add(u"playing", {u"a"});
+    Add(u"mine", {u"m"});
+    tree_->PlayTrack(u"mine", u"zz");
+    EXPECT_EQ(Paths(u"playing").size(), 1U);
+    EXPECT_TRUE(player_.calls.empty());
+}
+
 TEST_F(TreeTest, SeveralRowsOfPlayingAlonePlayTheFirstOfThem)
 {
     Add(u"playing", {u"a", u"b", u"c"});
