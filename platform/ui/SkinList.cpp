@@ -263,13 +263,13 @@ int CSkinList::Edit(int position, const String& cellId, int /*select*/)
 {
     CSkinListItem* row = GetRowAt(position);
     IListPeer* peer = GetListPeer();
-    if (row == nullptr || peer == nullptr || !row->HasCell(cellId))
+    if (row == nullptr || peer == nullptr || !row->HasViewCell(cellId))
         return 0;
     EndEdit();
     if (GetRowAt(position) != row)
         return 0; // The end of the other edit moved or removed it.
     editedRow_ = row;
-    editedText_ = row->GetCellText(cellId);
+    editedText_ = row->GetViewText(cellId);
     if (peer->OpenEditor(row, cellId))
         return 1;
     editedRow_ = nullptr;
@@ -419,8 +419,6 @@ void CSkinList::OnContextMenu(CSkinListItem* row, int x, int y)
 {
     const LifeWatch life = Watch();
     menuRow_ = row;
-    if (row != nullptr)
-        row->LookDirect();
     IMenu::PopupMenu(GetOwnerForm(), GetPopupMenu(row), x, y, /*reserved=*/0, String());
     if (life.IsAlive())
         menuRow_ = nullptr;

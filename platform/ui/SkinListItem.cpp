@@ -184,6 +184,17 @@ const CellLook* CSkinListItem::GetCellLookAt(int position)
 String CSkinListItem::GetCellTooltip(const String& id)
 {
     LookDirect();
+    return TooltipOf(id);
+}
+
+String CSkinListItem::GetViewTooltip(const String& id)
+{
+    LookFromView();
+    return TooltipOf(id);
+}
+
+String CSkinListItem::TooltipOf(const String& id)
+{
     const Cell* cell = FindCell(id);
     if (cell == nullptr)
         return {};
@@ -196,6 +207,12 @@ String CSkinListItem::GetViewText(const String& id)
     LookFromView();
     const Cell* cell = FindCell(id);
     return cell != nullptr ? String(cell->text.GetText()) : String();
+}
+
+bool CSkinListItem::HasViewCell(const String& id)
+{
+    LookFromView();
+    return FindCell(id) != nullptr;
 }
 
 void CSkinListItem::MarkDue()

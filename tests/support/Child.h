@@ -12,4 +12,7 @@ int RunAsOrdinaryUser(const std::function<int()>& work);
 // without warning some time in or after the run of that number.
 void KillAfter(int number, const std::function<void(int)>& work);
 
+// The same, killed inside a run: after that share, 0 to 1, of the time that a run takes.
+void KillDuring(double share, const std::function<void(int)>& work);
+
 } // namespace kivo::test

@@ -332,7 +332,7 @@ void RowView::ShowRowTooltip(const QPoint& point, const QPoint& screenPoint)
         return;
     }
     const String cell = CellUnder(GetRowRect(index), *list_, *row, point);
-    ShowTooltip(screenPoint, row->GetCellTooltip(cell), list_->GetTooltipMaxWidth(), viewport());
+    ShowTooltip(screenPoint, row->GetViewTooltip(cell), list_->GetTooltipMaxWidth(), viewport());
 }
 
 void RowView::mousePressEvent(QMouseEvent* event)

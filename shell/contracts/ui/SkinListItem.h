@@ -22,9 +22,9 @@ enum class RowCells : std::uint8_t {
 
 // A row: an id, some fields and its cells; no widget, ever. A row that may have to touch a file for
 // its cells lets BuildRow call MarkDue, and is then asked in one of two ways. A direct look (each
-// getter of cells here) calls MakeCells at once. The view's look (painting, type-ahead, a screen
-// reader) calls MakeViewCells, which must never touch a file, and the row stays due until BuildNow.
-// Thread: user interface.
+// getter of cells here) calls MakeCells at once. The view's look (painting, tooltip, type-ahead, a
+// screen reader) calls MakeViewCells, which must never touch a file, and the row stays due until
+// BuildNow. Thread: user interface.
 class KIVO_API CSkinListItem : public CSkinObject {
 public:
     CSkinListItem(CSkinList* list, const String& id); // The list outlives the row.
@@ -67,8 +67,11 @@ public:
     [[nodiscard]] const CellLook* GetCellLookAt(int position);
     [[nodiscard]] String GetCellTooltip(const String& id); // As added, else MakeTooltip.
 
-    // Looks of the view.
+    // Looks of the view: painting, and what a user may ask of any row in passing (its tooltip, its
+    // menu, its editor). They never wait for a file.
     [[nodiscard]] String GetViewText(const String& id);
+    [[nodiscard]] bool HasViewCell(const String& id);
+    [[nodiscard]] String GetViewTooltip(const String& id); // As added, else MakeTooltip.
     // Lays the cells out in an area of that size, by ReposControls and the anchor styles, mirrored
     // in right-to-left windows. The cells live until the next layout in the list.
     // The row's bounds become (0, 0, width, height).
@@ -137,6 +140,7 @@ private:
 
     void AddCell(int position, const CellLook& look, StringView text, StringView tooltip);
     [[nodiscard]] const Cell* FindCell(const String& id) const;
+    [[nodiscard]] String TooltipOf(const String& id);
     void LookDirect();
     void LookFromView();
     void CellsChanged();

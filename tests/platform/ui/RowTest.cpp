@@ -171,6 +171,8 @@ TEST_F(Rows, TheViewNeverMakesARowTouchItsFile)
     EXPECT_TRUE(row->IsDue());
     EXPECT_EQ(row->LayOutForView({300, 28})[0].GetText(), u"from memory");
     EXPECT_EQ(row->GetViewText(u"text"), u"from memory");
+    EXPECT_TRUE(row->HasViewCell(u"text"));
+    EXPECT_EQ(row->GetViewTooltip(u"text"), u"made when shown");
     EXPECT_EQ(row->GetCellState(), RowCells::Provisional);
     EXPECT_TRUE(row->IsDue());
     EXPECT_EQ(row->view, 1);
