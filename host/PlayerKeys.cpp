@@ -44,6 +44,11 @@ constexpr KeyCommand kCommands[] = {
 
 bool IsEditing(const QWidget* widget)
 {
+    if (widget == nullptr)
+        return false;
+    // The browser's page, which says itself whether it has a field that takes text.
+    if (widget->inherits("QQuickWidget"))
+        return widget->inputMethodQuery(Qt::ImEnabled).toBool();
     return qobject_cast<const QLineEdit*>(widget) != nullptr ||
            qobject_cast<const QComboBox*>(widget) != nullptr;
 }

@@ -271,6 +271,8 @@ TEST_F(Forms, ABrowserTellsTheAddressBeforeTheNewWindow)
     EXPECT_EQ(browser.GetURL(), u"");
     browser.Navigate(u"http://music.example/");
     EXPECT_EQ(browser.GetURL(), u"http://music.example/");
+    browser.OnNavigation(u"http://music.example/next");
+    EXPECT_EQ(reader.seen, u"http://music.example/next");
     EXPECT_TRUE(browser.OnNewWindow(u"http://music.example/a?kivo=1"));
     browser.OnLoadStarted();
     browser.OnLoadFinished();

@@ -1,9 +1,12 @@
+#include "host/PlayerKeys.h"
 #include "tests/platform/web/WebDesk.h"
 #include "tests/support/CaseName.h"
+#include "tests/support/NotingRemote.h"
 
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QPushButton>
+#include <QTest>
 #include <unistd.h>
 
 #include <csignal>
@@ -146,6 +149,28 @@ TEST(Cabinet, MayGoWhileItsLinkIsAsked)
     ASSERT_TRUE(WaitUntil([&hasGone] { return hasGone; }));
     EXPECT_FALSE(cabinet.IsOpen());
     EXPECT_EQ(cabinet.owner.calls.back(), u"add mine | http://m.example/a | S - T");
+}
+
+TEST(Cabinet, KeysInAFieldOfItsPageAreThePages)
+{
+    NotingRemote remote;
+    const host::PlayerKeys keys([&remote] { return &remote; });
+    const Cabinet cabinet("<input style='position:fixed;inset:0;z-index:1'"
+                          " onkeydown='tell(event.code)'>" +
+                          MakeLinkPage(""));
+    ASSERT_TRUE(cabinet.WaitForWord("ready"));
+    QTest::keyClick(cabinet.GetPage()->focusProxy(), Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(remote.calls, "previous ");
+    cabinet.Click();
+    ASSERT_TRUE(WaitUntil([&cabinet] {
+        return cabinet.GetPage()->focusProxy()->inputMethodQuery(Qt::ImEnabled).toBool();
+    }));
+    remote.calls.clear();
+    QTest::keyClick(cabinet.GetPage()->focusProxy(), Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(cabinet.GetPage()->focusProxy(), Qt::Key_Space);
+    EXPECT_TRUE(cabinet.WaitForWord("Space"));
+    EXPECT_TRUE(cabinet.HasSaid("ArrowLeft"));
+    EXPECT_EQ(remote.calls, "");
 }
 
 TEST(Cabinet, NothingStaysOfAPage)
