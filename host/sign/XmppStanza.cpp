@@ -60,12 +60,7 @@ XmppStanza& XmppStanza::AddText(const char* name, const std::string& text)
 
 std::string XmppStanza::ToText() const
 {
-    char* buffer = nullptr;
-    std::size_t size = 0;
-    if (xmpp_stanza_to_text(stanza_, &buffer, &size) != XMPP_EOK)
-        return {};
-    const std::unique_ptr<char, FreeText> owned(buffer, {xmpp_stanza_get_context(stanza_)});
-    return {buffer, size};
+    return XmppElement(stanza_).ToText();
 }
 
 bool XmppElement::Is(const char* name, const char* space) const
@@ -122,6 +117,16 @@ XmppElement XmppElement::GetFirst() const
 XmppElement XmppElement::GetNext() const
 {
     return XmppElement(stanza_ != nullptr ? xmpp_stanza_get_next(stanza_) : nullptr);
+}
+
+std::string XmppElement::ToText() const
+{
+    char* buffer = nullptr;
+    std::size_t size = 0;
+    if (stanza_ == nullptr || xmpp_stanza_to_text(stanza_, &buffer, &size) != XMPP_EOK)
+        return {};
+    const std::unique_ptr<char, FreeText> owned(buffer, {xmpp_stanza_get_context(stanza_)});
+    return {buffer, size};
 }
 
 } // namespace kivo::host

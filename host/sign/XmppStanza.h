@@ -51,6 +51,7 @@ public:
     [[nodiscard]] XmppElement Find(const char* child, const char* space) const;
     [[nodiscard]] XmppElement GetFirst() const;
     [[nodiscard]] XmppElement GetNext() const;
+    [[nodiscard]] std::string ToText() const;
 
 private:
     xmpp_stanza_t* stanza_;

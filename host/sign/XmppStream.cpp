@@ -10,7 +10,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
-#include <cstring>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -100,9 +100,10 @@ struct XmppCallbacks {
         return currentStream->CanUse(*static_cast<int*>(socket)) ? 0 : -1;
     }
 
-    static int OnCertificate(const xmpp_tlscert_t* certificate, const char* reason)
+    static int OnCertificate(const xmpp_tlscert_t* /*certificate*/, const char* reason)
     {
-        return currentStream->IsTrusted(certificate, reason) ? 1 : 0;
+        currentStream->OnCertificate(reason);
+        return 1; // Until the handshake has ended.
     }
 
     static void OnEvent(xmpp_conn_t* /*connection*/,
@@ -147,6 +148,7 @@ void XmppStream::Open(const Account& account)
     Release();
     result_ = {};
     isEnded_ = false;
+    isDoubted_ = false;
     fingerprint_ = NormalizeFingerprint(account.fingerprint);
     connection_ = xmpp_conn_new(context_);
     xmpp_conn_set_flags(connection_, XMPP_CONN_FLAG_MANDATORY_TLS | XMPP_CONN_FLAG_DISABLE_SM);
@@ -167,10 +169,10 @@ void XmppStream::Open(const Account& account)
         Finish();
 }
 
-void XmppStream::Send(const XmppStanza& stanza)
+void XmppStream::Send(xmpp_stanza_t* stanza)
 {
     if (isOpen_)
-        xmpp_send(connection_, stanza.Get());
+        xmpp_send(connection_, stanza);
 }
 
 void XmppStream::Close()
@@ -195,6 +197,7 @@ bool XmppStream::Run(std::chrono::milliseconds longest)
             return true;
         xmpp_run_once(context_, wait);
         wait = 0;
+        isEnded_ = isEnded_ || !IsTrusted();
         idle = IsReadable() ? 0 : idle + 1;
     }
     if (isEnded_)
@@ -217,16 +220,28 @@ bool XmppStream::CanUse(int socket)
     return true;
 }
 
-// Asked about each certificate of the chain that the system doesn't trust, perhaps an authority's:
-// what counts and what the user is shown is the server's own.
-bool XmppStream::IsTrusted(const xmpp_tlscert_t* certificate, const char* reason)
+// Called for each certificate of the chain that the system doesn't trust, perhaps an authority's.
+// What counts and what the user is shown is the server's own, which is known once the handshake has
+// ended.
+void XmppStream::OnCertificate(const char* reason)
 {
+    if (!std::exchange(isDoubted_, true) && reason != nullptr)
+        result_.text = reason;
+}
+
+// Asked after each turn of the library: it ends its turn with the handshake, and only the next one
+// sends what has been queued meanwhile. So whom nobody trusts hears nothing.
+bool XmppStream::IsTrusted()
+{
+    if (!isDoubted_ || xmpp_conn_is_secured(connection_) == 0)
+        return true;
+    isDoubted_ = false;
     const std::unique_ptr<xmpp_tlscert_t, decltype(&xmpp_tlscert_free)> leaf(
         xmpp_conn_get_peer_cert(connection_), &xmpp_tlscert_free);
-    const std::string fingerprint = GetFingerprint(leaf ? leaf.get() : certificate);
-    if (!fingerprint.empty() && fingerprint == fingerprint_)
+    result_.fingerprint = GetFingerprint(leaf.get());
+    if (!result_.fingerprint.empty() && result_.fingerprint == fingerprint_)
         return true;
-    result_ = {StreamEnd::Untrusted, reason != nullptr ? reason : "", fingerprint};
+    result_.end = StreamEnd::Untrusted;
     return false;
 }
 

@@ -53,8 +53,9 @@ public:
 
     // Names are looked up before it returns. The end of an attempt is told by OnStreamEnd.
     void Open(const Account& account);
-    void Send(const XmppStanza& stanza);
-    void Close(); // In order; OnStreamEnd follows.
+    void Send(const XmppStanza& stanza) { Send(stanza.Get()); }
+    void Send(xmpp_stanza_t* stanza); // Copied.
+    void Close();                     // In order; OnStreamEnd follows.
 
     // Handles what came; waits at most that long for it. True: more has come, run it again.
     bool Run(std::chrono::milliseconds longest);
@@ -69,7 +70,8 @@ private:
     friend struct XmppCallbacks;
 
     [[nodiscard]] bool CanUse(int socket);
-    [[nodiscard]] bool IsTrusted(const xmpp_tlscert_t* certificate, const char* reason);
+    void OnCertificate(const char* reason);
+    [[nodiscard]] bool IsTrusted();
     void OnEvent(xmpp_conn_event_t event);
     void OnLog(xmpp_log_level_t level, const std::string& area);
     void Finish();
@@ -84,6 +86,7 @@ private:
     std::string fingerprint_; // Of the certificate that the user trusts.
     StreamResult result_;
     int socket_ = -1;
+    bool isDoubted_ = false; // The system doesn't trust the certificate; the user may.
     bool isOpen_ = false;
     bool isEnded_ = false; // Its end waits to be told.
 };

@@ -51,6 +51,17 @@ bool RunUntil(const std::function<bool()>& isDone, int milliseconds)
     return true;
 }
 
+bool PollUntil(const std::function<bool()>& isDone, int milliseconds)
+{
+    constexpr int kSlice = 10;
+    const Clock::time_point start = Clock::now();
+    while (!RunUntil(isDone, kSlice)) {
+        if (MillisecondsSince(start) >= milliseconds)
+            return isDone();
+    }
+    return true;
+}
+
 void RunFor(int milliseconds)
 {
     RunUntil([] { return false; }, milliseconds);

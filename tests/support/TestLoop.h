@@ -8,6 +8,9 @@ namespace kivo::test {
 // `isDone` says so or `milliseconds` have passed. What `isDone` said last.
 bool RunUntil(const std::function<bool()>& isDone, int milliseconds);
 
+// The same for what other threads change without posting: asked every few milliseconds.
+bool PollUntil(const std::function<bool()>& isDone, int milliseconds);
+
 // The same for a time; for what must not happen.
 void RunFor(int milliseconds);
 

@@ -1,8 +1,12 @@
+#include "tests/host/sign/Peer.h"
 #include "tests/host/sign/Person.h"
 #include "tests/host/sign/SignServer.h"
 #include "tests/support/TestLoop.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
 
 namespace kivo::test {
 
@@ -11,13 +15,13 @@ namespace {
 using host::SignConnection;
 using host::SignPresence;
 
-class Network : public testing::Test {
-protected:
+constexpr char kStream[] = "http://radio.example/stream";
+
+struct Network : testing::Test {
     Network()
     {
-        server.AddUser("alice");
-        server.AddUser("bob");
-        server.AddUser("eve");
+        for (const char* const name : {"alice", "bob", "eve"})
+            server.AddUser(name);
         server.Befriend("alice", "bob");
         server.Start();
     }
@@ -28,17 +32,397 @@ protected:
 TEST_F(Network, AContactSeesWhatPlaysAndThatItStops)
 {
     Person alice("alice");
-    Person bob("bob");
+    Person bob("bob", host::SignAddressRule::NotThisMachine);
     ASSERT_TRUE(alice.SignIn(server)) << server.ReadLog();
     ASSERT_TRUE(bob.SignIn(server));
     ASSERT_TRUE(bob.WaitForPresence("alice", SignPresence::Online));
 
-    alice.Play("http://radio.example/stream", "A song");
-    ASSERT_TRUE(bob.WaitForTitle("alice", "A song")) << server.ReadLog();
-    EXPECT_EQ(bob.GetAddress("alice"), "http://radio.example/stream");
+    const auto start = std::chrono::steady_clock::now();
+    alice.Play("video", kStream, "A song");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song", 2000)) << server.ReadLog();
+    RecordProperty("title_ms",
+                   static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                        std::chrono::steady_clock::now() - start)
+                                        .count()));
+    EXPECT_EQ(bob.GetAddress("alice"), kStream);
+    EXPECT_EQ(bob.signs[SignServer::GetId("alice")].kind, u"video");
+    EXPECT_EQ(alice.GetAddress("alice"), kStream); // On the own line as well.
 
     alice.Get().RemoveSign();
     EXPECT_TRUE(bob.WaitForNoSign("alice"));
+    EXPECT_TRUE(alice.signs.empty());
+}
+
+TEST_F(Network, ASignOfThisMachineIsNotHandedOn)
+{
+    Person alice("alice");
+    Person bob("bob", host::SignAddressRule::NotThisMachine);
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    alice.Play("http://127.0.0.1:8000/a", "A song");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    EXPECT_EQ(bob.GetAddress("alice"), "/A song");
+}
+
+TEST_F(Network, AFileShowsItsTitleAndNothingOfItsPath)
+{
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.SayPresence();
+    alice.Play("/home/alice/private/a.mp3", "A song");
+    const std::string event = bob.WaitFor("A song");
+    EXPECT_NE(event.find("local=\"true\""), std::string::npos) << event;
+    EXPECT_EQ(server.ReadLog().find("private"), std::string::npos);
+}
+
+TEST_F(Network, TheTitleAloneIsEnough)
+{
+    Person alice("alice");
+    alice.Get().SetPublishing(/*publish=*/true, /*withAddress=*/false);
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.SayPresence();
+    alice.Play(kStream, "A song");
+    EXPECT_NE(bob.WaitFor("A song"), "");
+    EXPECT_EQ(server.ReadLog().find("radio.example"), std::string::npos);
+}
+
+TEST_F(Network, NothingLeavesUnlessTheUserWantsIt)
+{
+    Person alice("alice");
+    alice.Get().SetPublishing(/*publish=*/false, /*withAddress=*/true);
+    Person bob("bob");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    ASSERT_TRUE(bob.WaitForPresence("alice", SignPresence::Online));
+    alice.Play(kStream, "A song");
+    EXPECT_EQ(alice.GetAddress("alice"), kStream); // The own line shows it all the same.
+    RunFor(3000);
+    EXPECT_TRUE(bob.titles.empty());
+    EXPECT_EQ(server.ReadLog().find("A song"), std::string::npos);
+
+    alice.Get().SetPublishing(/*publish=*/true, /*withAddress=*/true);
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    alice.Get().SetPublishing(/*publish=*/false, /*withAddress=*/true);
+    EXPECT_TRUE(bob.WaitForNoSign("alice", 1000)); // At once.
+    EXPECT_EQ(alice.GetAddress("alice"), kStream);
+}
+
+TEST_F(Network, AStrangerGetsNothing)
+{
+    // Another program of hers has opened the node to everybody before.
+    {
+        Peer other(server, "alice");
+        EXPECT_NE(other
+                      .Ask("<iq type='set' id='ID'><pubsub "
+                           "xmlns='http://jabber.org/protocol/pubsub'><publish "
+                           "node='http://jabber.org/protocol/tune'><item id='current'><tune "
+                           "xmlns='http://jabber.org/protocol/tune'/></item></publish>"
+                           "<publish-options><x xmlns='jabber:x:data' type='submit'><field "
+                           "var='FORM_TYPE' type='hidden'><value>http://jabber.org/protocol/"
+                           "pubsub#publish-options</value></field><field "
+                           "var='pubsub#access_model'><value>open</value></field></x>"
+                           "</publish-options></pubsub></iq>")
+                      .find("type=\"result\""),
+                  std::string::npos);
+    }
+    Person alice("alice");
+    Person bob("bob");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    Peer eve(server, "eve");
+    eve.SayPresence();
+    eve.Say("<presence to='alice@sign.example'/>");
+    alice.Play(kStream, "A song");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    const std::string node = " node='http://jabber.org/protocol/tune'";
+    const std::string pubsub = "<pubsub xmlns='http://jabber.org/protocol/pubsub'>";
+    const std::string to = "' to='alice@sign.example' id='ID'>";
+    const std::string items =
+        eve.Ask("<iq type='get" + to + pubsub + "<items" + node + "/></pubsub></iq>");
+    EXPECT_NE(items.find("type=\"error\""), std::string::npos) << items;
+    const std::string follow = eve.Ask("<iq type='set" + to + pubsub + "<subscribe" + node +
+                                       " jid='eve@sign.example'/></pubsub></iq>");
+    EXPECT_NE(follow.find("type=\"error\""), std::string::npos) << follow;
+    for (const std::string& stanza : eve.GetReceived()) {
+        EXPECT_EQ(stanza.find("A song"), std::string::npos) << stanza;
+        EXPECT_EQ(stanza.find("alice@sign.example/"), std::string::npos) << stanza;
+    }
+}
+
+TEST_F(Network, FiftyChangesInFiveSecondsAreFewMessages)
+{
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.SayPresence();
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 1; i <= 50; ++i) {
+        alice.Get().RemoveSign();
+        alice.Play(kStream, "Song " + std::to_string(i) + ".");
+        const auto left =
+            start + i * std::chrono::milliseconds(100) - std::chrono::steady_clock::now();
+        RunFor(
+            static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(left).count()));
+    }
+    EXPECT_NE(bob.WaitFor("Song 50."), "");
+    int published = 0;
+    for (const std::string& stanza : bob.GetReceived())
+        published += stanza.find("Song ") != std::string::npos ? 1 : 0;
+    EXPECT_LE(published, 3);
+}
+
+TEST_F(Network, AServerThatComesBackFindsAllAsItWas)
+{
+    Person alice("alice");
+    Person bob("bob");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    alice.Play(kStream, "A song");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    server.Stop();
+    ASSERT_TRUE(bob.WaitForNoSign("alice"));
+    ASSERT_TRUE(bob.WaitForPresence("alice", SignPresence::Offline));
+    server.Start();
+    EXPECT_TRUE(bob.WaitForTitle("alice", "A song"));
+}
+
+TEST_F(Network, AKilledServerHearsWhatWasSetMeanwhile)
+{
+    Person alice("alice");
+    Person bob("bob");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    alice.Play(kStream, "A song");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    server.Kill();
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Waiting));
+    alice.Play(kStream, "Another"); // Nobody can be told.
+    server.Start();
+    EXPECT_TRUE(bob.WaitForTitle("alice", "Another"));
+}
+
+TEST_F(Network, WhatACrashHasLeftIsClearedAtTheNextSignIn)
+{
+    {
+        Peer crashed(server, "alice");
+        crashed.SayPresence();
+        crashed.SayTune("<title>Left behind</title>");
+    }
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.SayPresence();
+    EXPECT_NE(bob.WaitFor("http://jabber.org/protocol/tune\"/>"), "") << server.ReadLog();
+}
+
+TEST_F(Network, AnOrderlyEndTakesTheSignAway)
+{
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.SayPresence();
+    alice.Play(kStream, "A song");
+    ASSERT_NE(bob.WaitFor("A song"), "");
+    const auto start = std::chrono::steady_clock::now();
+    alice.End();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_NE(bob.WaitFor("http://jabber.org/protocol/tune\"/>"), "");
+}
+
+TEST_F(Network, PeopleAskForAndLeaveEachOther)
+{
+    Person alice("alice");
+    Person eve("eve");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(eve.SignIn(server));
+    const String eveId = SignServer::GetId("eve");
+    const String aliceId = SignServer::GetId("alice");
+    eve.Get().AddContact(u" Alice@SIGN.example ");
+    ASSERT_TRUE(RunUntil([&] { return alice.asking.contains(eveId); }, 20000));
+    EXPECT_TRUE(RunUntil([&] { return eve.contacts.contains(aliceId); }, 20000));
+    EXPECT_EQ(eve.contacts[aliceId].presence, SignPresence::Offline);
+    alice.Get().AnswerContact(eveId, /*yes=*/true);
+    ASSERT_TRUE(alice.WaitForPresence("eve", SignPresence::Online)); // Nobody asked eve again.
+    ASSERT_TRUE(eve.WaitForPresence("alice", SignPresence::Online));
+    alice.Play(kStream, "A song");
+    ASSERT_TRUE(eve.WaitForTitle("alice", "A song"));
+
+    eve.Get().RenameContact(aliceId, u"My\nfriend");
+    EXPECT_TRUE(RunUntil([&] { return eve.contacts[aliceId].name == u"My friend"; }, 20000));
+
+    alice.Get().RemoveContact(eveId);
+    EXPECT_TRUE(RunUntil([&] { return !alice.contacts.contains(eveId); }, 20000));
+    EXPECT_TRUE(eve.WaitForPresence("alice", SignPresence::Offline));
+    EXPECT_TRUE(eve.WaitForNoSign("alice"));
+}
+
+TEST_F(Network, ANoIsANo)
+{
+    Person alice("alice");
+    Person eve("eve");
+    ASSERT_TRUE(eve.SignIn(server));
+    eve.Get().AddContact(SignServer::GetId("alice"));
+    ASSERT_TRUE(RunUntil([&] { return !eve.contacts.empty(); }, 20000));
+    ASSERT_TRUE(alice.SignIn(server)); // The question has waited for her.
+    ASSERT_TRUE(RunUntil([&] { return !alice.asking.empty(); }, 20000));
+    alice.Get().AnswerContact(SignServer::GetId("eve"), /*yes=*/false);
+    alice.Play(kStream, "A song");
+    Person bob("bob");
+    ASSERT_TRUE(bob.SignIn(server));
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song"));
+    EXPECT_TRUE(eve.titles.empty());
+    EXPECT_EQ(alice.contacts.size(), 1U);
+}
+
+TEST_F(Network, PresenceIsThatOfTheContact)
+{
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    Peer bob(server, "bob");
+    bob.Say("<presence><show>away</show></presence>");
+    EXPECT_TRUE(alice.WaitForPresence("bob", SignPresence::Away));
+    bob.Say("<presence><show>dnd</show></presence>");
+    EXPECT_TRUE(alice.WaitForPresence("bob", SignPresence::Busy));
+    bob.Say("<presence type='unavailable'/>");
+    EXPECT_TRUE(alice.WaitForPresence("bob", SignPresence::Offline));
+}
+
+TEST_F(Network, WhoeverListensNextHearsAllAgain)
+{
+    Person alice("alice");
+    Person bob("bob");
+    ASSERT_TRUE(alice.SignIn(server));
+    ASSERT_TRUE(bob.SignIn(server));
+    bob.Play(kStream, "His");
+    alice.Play(kStream, "Hers");
+    ASSERT_TRUE(alice.WaitForTitle("bob", "His"));
+    alice.Forget();
+    alice.Listen();
+    EXPECT_EQ(alice.state.connection, SignConnection::Online);
+    EXPECT_EQ(alice.contacts.size(), 1U);
+    EXPECT_EQ(alice.signs[SignServer::GetId("bob")].title, u"His");
+    EXPECT_EQ(alice.signs[SignServer::GetId("alice")].title, u"Hers");
+}
+
+TEST_F(Network, SignedOutItIsAsLocalAsBefore)
+{
+    Person alice("alice");
+    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
+    EXPECT_EQ(alice.Get().GetOwnId(), u"somebody");
+    alice.Play(kStream, "A song");
+    EXPECT_TRUE(alice.signs.contains(u"somebody"));
+    ASSERT_TRUE(alice.SignIn(server));
+    EXPECT_EQ(alice.Get().GetOwnId(), SignServer::GetId("alice"));
+    EXPECT_TRUE(alice.signs.contains(SignServer::GetId("alice"))); // It moved along.
+    EXPECT_EQ(alice.signs.size(), 1U);
+    Person bob("bob");
+    ASSERT_TRUE(bob.SignIn(server));
+    EXPECT_TRUE(bob.WaitForTitle("alice", "A song"));
+    alice.Get().SignOut();
+    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
+    EXPECT_TRUE(alice.contacts.empty());
+    EXPECT_TRUE(alice.signs.contains(u"somebody"));
+    EXPECT_TRUE(bob.WaitForNoSign("alice"));
+    RunFor(500); // What is still on its way isn't told.
+    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
+    EXPECT_TRUE(alice.contacts.empty());
+}
+
+TEST_F(Network, AWrongPasswordIsRefusedUntilTheUserGivesAnother)
+{
+    Person alice("alice");
+    alice.SetPassword("wrong");
+    alice.Get().SignIn(server.GetAccount("alice"));
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Refused)) << server.ReadLog();
+    const std::size_t states = alice.states.size();
+    RunFor(2500); // Longer than the first two waits would be.
+    EXPECT_EQ(alice.states.size(), states);
+
+    alice.Get().GivePassword(SignServer::GetPassword("alice"), /*keep=*/true);
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Online));
+    const auto isKept = [&] { return alice.GetKept() == SignServer::GetPassword("alice"); };
+    EXPECT_TRUE(PollUntil(isKept, 20000));
+}
+
+TEST_F(Network, WithoutAPasswordTheUserIsAsked)
+{
+    Person alice("alice");
+    alice.Get().SignIn(server.GetAccount("alice"));
+    ASSERT_TRUE(alice.WaitForState(SignConnection::PasswordNeeded));
+    alice.Get().GivePassword(SignServer::GetPassword("alice"), /*keep=*/false);
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Online));
+    EXPECT_EQ(alice.state.ownId, SignServer::GetId("alice"));
+    EXPECT_TRUE(PollUntil([&] { return alice.HasErased(); }, 20000)); // None of before is left.
+    EXPECT_EQ(alice.GetKept(), "");
+}
+
+TEST_F(Network, AnUnknownCertificateIsRefusedUntilTheUserTrustsIt)
+{
+    Person alice("alice");
+    alice.SetPassword(SignServer::GetPassword("alice"));
+    host::SignAccount account = server.GetAccount("alice");
+    account.fingerprint.clear();
+    alice.Get().SignIn(account);
+    ASSERT_TRUE(alice.WaitForState(SignConnection::UntrustedCertificate)) << server.ReadLog();
+    // The server's own, though it is the authority's that the system doesn't know.
+    EXPECT_EQ(alice.state.fingerprint, server.GetFingerprint());
+    EXPECT_FALSE(alice.state.reason.empty());
+    const std::size_t states = alice.states.size();
+    RunFor(2500);
+    EXPECT_EQ(alice.states.size(), states);
+    EXPECT_EQ(server.ReadLog().find("<auth"), std::string::npos); // It has heard no name.
+
+    alice.Get().TrustCertificate(alice.state.fingerprint);
+    EXPECT_TRUE(alice.WaitForState(SignConnection::Online));
+    EXPECT_NE(server.ReadLog().find("<auth"), std::string::npos);
+}
+
+TEST(OtherServers, ACertificateForAnotherNameIsRefused)
+{
+    SignServer::Options options;
+    options.certificateName = "other.example";
+    SignServer server(options);
+    server.AddUser("alice");
+    server.Start();
+    Person alice("alice");
+    alice.SetPassword(SignServer::GetPassword("alice"));
+    host::SignAccount account = server.GetAccount("alice");
+    account.fingerprint.clear();
+    alice.Get().SignIn(account);
+    ASSERT_TRUE(alice.WaitForState(SignConnection::UntrustedCertificate)) << server.ReadLog();
+    EXPECT_EQ(alice.state.fingerprint, server.GetFingerprint());
+}
+
+TEST(OtherServers, OneWithoutEventingIsTold)
+{
+    SignServer::Options options;
+    options.hasEventing = false;
+    SignServer server(options);
+    server.AddUser("alice");
+    server.Start();
+    Person alice("alice");
+    EXPECT_FALSE(alice.SignIn(server, 0));
+    ASSERT_TRUE(alice.WaitForState(SignConnection::ServerWithoutEventing)) << server.ReadLog();
+    alice.Play(kStream, "A song");
+    RunFor(2500);
+    EXPECT_EQ(alice.state.connection, SignConnection::ServerWithoutEventing);
+    EXPECT_EQ(server.ReadLog().find("A song"), std::string::npos);
+}
+
+TEST(OtherServers, OneThatIsNotThereIsTriedAgainEverLater)
+{
+    Person alice("alice");
+    alice.SetPassword("secret");
+    alice.Get().SignIn({SignServer::GetId("alice"), u"127.0.0.1", FindFreePort(), {}});
+    const auto countWaits = [&] {
+        return std::count(alice.states.begin(), alice.states.end(), SignConnection::Waiting);
+    };
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_TRUE(RunUntil([&] { return countWaits() == 3; }, 20000));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(375 + 750));
+    EXPECT_GE(alice.state.seconds, 2); // 1.5 to 2.5 s.
 }
 
 } // namespace

@@ -67,12 +67,29 @@ Person::~Person()
 
 bool Person::SignIn(const SignServer& server, int milliseconds)
 {
-    {
-        const std::lock_guard lock(secrets->mutex);
-        secrets->passwords[SignServer::GetId(name_)] = SignServer::GetPassword(name_);
-    }
+    SetPassword(SignServer::GetPassword(name_));
     network_->SignIn(server.GetAccount(name_));
     return WaitForState(host::SignConnection::Online, milliseconds);
+}
+
+void Person::SetPassword(const std::string& password)
+{
+    const std::lock_guard lock(secrets->mutex);
+    secrets->passwords[SignServer::GetId(name_)] = password;
+}
+
+void Person::Forget()
+{
+    network_->SetListener(nullptr);
+    state = {};
+    contacts.clear();
+    signs.clear();
+    asking.clear();
+}
+
+void Person::Listen()
+{
+    network_->SetListener(this);
 }
 
 void Person::End()
@@ -123,6 +140,19 @@ std::string Person::GetAddress(const std::string& of) const
 {
     const auto found = signs.find(SignServer::GetId(of));
     return found != signs.end() ? found->second.record.GetBytes(0) : std::string();
+}
+
+std::string Person::GetKept() const
+{
+    const std::lock_guard lock(secrets->mutex);
+    const auto found = secrets->passwords.find(SignServer::GetId(name_));
+    return found != secrets->passwords.end() ? found->second : std::string();
+}
+
+bool Person::HasErased() const
+{
+    const std::lock_guard lock(secrets->mutex);
+    return !secrets->erased.empty();
 }
 
 void Person::OnState(const host::SignState& next)

@@ -41,6 +41,9 @@ public:
 
     // With the right password in the store; true: online within that time.
     bool SignIn(const SignServer& server, int milliseconds = 20000);
+    void SetPassword(const std::string& password); // In the store.
+    void Forget();                                 // What was told; nobody listens.
+    void Listen();
     void End(); // As the program does when it quits.
 
     void Play(const std::string& address, const std::string& title);
@@ -52,6 +55,8 @@ public:
     bool WaitForPresence(const std::string& of, host::SignPresence presence);
 
     [[nodiscard]] std::string GetAddress(const std::string& of) const; // Of the sign; key 0.
+    [[nodiscard]] std::string GetKept() const; // The password in the store; empty: none.
+    [[nodiscard]] bool HasErased() const;      // The password in the store.
     [[nodiscard]] host::ISignNetwork& Get() { return *network_; }
 
     std::shared_ptr<Secrets> secrets = std::make_shared<Secrets>();

@@ -70,73 +70,56 @@ SignServer::SignServer(const Options& options)
     // A server that can't be had is a failed test, not a skipped one.
     EXPECT_EQ(RunCommand({KIVO_PROSODY_SCRIPT}), 0) << "scripts/prosody says why";
     MakeCertificate();
-    WriteSettings();
 }
 
 SignServer::~SignServer() = default;
 
+// An authority that nobody knows, and the server's own certificate below it.
 void SignServer::MakeCertificate()
 {
-    const std::string base = folder_.GetNative().native();
+    const std::string base = folder_.GetNative().native() + "/";
     const std::string name = options_.certificateName;
-    EXPECT_EQ(RunCommand({"openssl",
-                          "req",
-                          "-x509",
-                          "-newkey",
-                          "ec",
-                          "-pkeyopt",
-                          "ec_paramgen_curve:P-256",
-                          "-nodes",
-                          "-days",
-                          "2",
-                          "-subj",
-                          "/CN=" + name,
-                          "-addext",
-                          "subjectAltName=DNS:" + name,
-                          "-keyout",
-                          base + "/key.pem",
-                          "-out",
-                          base + "/leaf.pem"}),
-              0);
-    fingerprint_ = ReadFingerprint(base + "/leaf.pem");
+    const auto make = [&](const std::string& arguments) {
+        const std::string key = " -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 ";
+        EXPECT_EQ(RunCommand({"sh", "-c", "exec openssl req -x509" + key + arguments + " 2>&1"}),
+                  0);
+    };
+    make("-subj /CN=authority -keyout " + base + "ca.key -out " + base + "ca.pem");
+    make("-subj /CN=" + name + " -addext subjectAltName=DNS:" + name +
+         " -addext basicConstraints=CA:FALSE -CA " + base + "ca.pem -CAkey " + base +
+         "ca.key -keyout " + base + "key.pem -out " + base + "leaf.pem");
+    folder_.Write("chain.pem", folder_.Read("leaf.pem") + folder_.Read("ca.pem"));
+    fingerprint_ = ReadFingerprint(base + "leaf.pem");
 }
 
 void SignServer::WriteSettings() const
 {
-    const std::string base = folder_.GetNative().native();
-    const std::string eventing = options_.hasEventing ? "\"pep\", " : "";
-    const std::string encryption = options_.hasEncryption ? "\"tls\", " : "";
-    folder_.Write("prosody.cfg.lua",
-                  "daemonize = false\n"
-                  "run_as_root = true\n"
-                  "pidfile = \"" +
-                      base +
-                      "/pid\"\n"
-                      "data_path = \"" +
-                      base +
-                      "/data\"\n"
-                      "log = { { levels = { min = \"debug\" }, to = \"file\", filename = \"" +
-                      base +
-                      "/log\" } }\n"
-                      "modules_enabled = { \"roster\", \"saslauth\", " +
-                      encryption + eventing +
-                      "\"disco\", \"ping\" }\n"
-                      "modules_disabled = { \"s2s\", \"offline\" }\n"
-                      "authentication = \"internal_plain\"\n"
-                      "c2s_ports = { " +
-                      std::to_string(port_) +
-                      " }\n"
-                      "c2s_interfaces = { \"127.0.0.1\" }\n"
-                      "s2s_ports = { }\n"
-                      "c2s_require_encryption = " +
-                      (options_.hasEncryption ? "true" : "false") +
-                      "\n"
-                      "allow_unencrypted_plain_auth = true\n"
-                      "VirtualHost \"" +
-                      std::string(kDomain) +
-                      "\"\n"
-                      "  ssl = { key = \"" +
-                      base + "/key.pem\", certificate = \"" + base + "/leaf.pem\" }\n");
+    std::string text = R"(
+daemonize = false
+run_as_root = true
+pidfile = "BASE/pid"
+data_path = "BASE/data"
+certificates = "BASE"
+plugin_paths = { "BASE/modules" }
+log = { { levels = { min = "debug" }, to = "file", filename = "BASE/log" } }
+modules_enabled = { MODULES "roster", "saslauth", "tls", "disco", "ping" }
+modules_disabled = { "s2s", "offline" }
+authentication = "internal_plain"
+c2s_ports = { PORT }
+c2s_interfaces = { "127.0.0.1" }
+s2s_ports = { }
+VirtualHost "DOMAIN"
+    ssl = { key = "BASE/key.pem", certificate = "BASE/chain.pem" }
+)";
+    const auto put = [&](const std::string& name, const std::string& value) {
+        for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos;)
+            text.replace(at, name.size(), value);
+    };
+    put("BASE", folder_.GetNative().native());
+    put("PORT", std::to_string(port_));
+    put("DOMAIN", kDomain);
+    put("MODULES", modules_ + (options_.hasEventing ? "\"pep\"," : ""));
+    folder_.Write("prosody.cfg.lua", text);
 }
 
 void SignServer::AddUser(const std::string& name) const
@@ -157,8 +140,15 @@ void SignServer::Befriend(const std::string& a, const std::string& b) const
     write(b, a);
 }
 
+void SignServer::AddModule(const std::string& name, const std::string& source)
+{
+    folder_.Write("modules/mod_" + name + ".lua", source);
+    modules_ += "\"" + name + "\", ";
+}
+
 void SignServer::Start()
 {
+    WriteSettings();
     const std::string base = folder_.GetNative().native();
     process_ = std::make_unique<Process>(std::vector<std::string>{
         KIVO_PROSODY_PROGRAM, "-F", "--config", base + "/prosody.cfg.lua"});

@@ -15,7 +15,6 @@ class SignServer {
 public:
     struct Options {
         bool hasEventing = true;
-        bool hasEncryption = true;
         std::string certificateName = "sign.example";
     };
 
@@ -33,6 +32,9 @@ public:
     // Two who see each other, as if they had asked and been answered.
     void Befriend(const std::string& a, const std::string& b) const;
 
+    // Before Start: a module of the server, in its language.
+    void AddModule(const std::string& name, const std::string& source);
+
     void Start(); // Returns when it takes connections; again after Kill or Stop.
     void Kill();  // Without warning.
     void Stop();  // In order.
@@ -49,6 +51,7 @@ private:
     void WriteSettings() const;
 
     Options options_;
+    std::string modules_; // Names in quotes, a comma behind each.
     TempFolder folder_;
     int port_ = 0;
     std::string fingerprint_;
