@@ -10,13 +10,13 @@ enum class CoreProperty : std::uint64_t {
     None,
     CachePaused,
     Buffering,
-    Position,
     Width,
     Height,
     Title,
     Metadata,
-    Bitrate,
     Output,
+    Position,      // Asked for: it changes fourteen times a second, and each would wake us.
+    Bitrate,       // Asked for, also a number that hardly stands still.
     AudioPosition, // Asked for.
     CachePosition, // Asked for.
 };
@@ -29,12 +29,10 @@ struct CorePropertyName {
 inline constexpr CorePropertyName kObserved[] = {
     {CoreProperty::CachePaused, "paused-for-cache"     },
     {CoreProperty::Buffering,   "cache-buffering-state"},
-    {CoreProperty::Position,    "time-pos"             },
     {CoreProperty::Width,       "dwidth"               },
     {CoreProperty::Height,      "dheight"              },
     {CoreProperty::Title,       "media-title"          },
     {CoreProperty::Metadata,    "metadata"             },
-    {CoreProperty::Bitrate,     "audio-bitrate"        },
     {CoreProperty::Output,      "current-ao"           },
 };
 

@@ -1,5 +1,6 @@
 #include "platform/engine/Engine.h"
 
+#include "platform/engine/Clock.h"
 #include "platform/engine/CoreProperties.h"
 #include "platform/engine/TimeText.h"
 #include "shell/contracts/common/Text.h"
@@ -52,6 +53,7 @@ bool Engine::Start(double speed)
     CoreSettings core;
     core.silent = settings_.silent;
     core.speed = speed;
+    speed_ = speed;
     std::unique_ptr<WaveFile> wave;
     if (IsToFile()) {
         wave = std::make_unique<WaveFile>(settings_.audioFile);
@@ -83,9 +85,20 @@ String Engine::GetDurationString() const
     return FormatTime(duration_);
 }
 
+double Engine::GetPosition() const
+{
+    // The core is asked twice a second; longer than until its next answer nothing is guessed.
+    constexpr double kLongestGuess = 0.7;
+    if (!IsMoving())
+        return position_;
+    const double passed = static_cast<double>(GetSteadyTime() - positionTime_) / 1000;
+    const double now = position_ + std::clamp(passed, 0.0, kLongestGuess) * speed_;
+    return position_ < duration_ ? std::min(now, duration_) : now;
+}
+
 String Engine::GetPositionString() const
 {
-    return FormatTime(position_);
+    return FormatTime(GetPosition());
 }
 
 void Engine::SetVolume(int volume)

@@ -39,7 +39,7 @@ public:
 
     [[nodiscard]] double GetDuration() const override { return duration_; }
     [[nodiscard]] String GetDurationString() const override;
-    [[nodiscard]] double GetPosition() const override { return position_; }
+    [[nodiscard]] double GetPosition() const override;
     [[nodiscard]] String GetPositionString() const override;
     void SetPosition(double seconds) override;
 
@@ -102,6 +102,7 @@ private:
     void OnTick();
     void OnVerdict(Watchdog::Verdict verdict);
     void Ask(CoreProperty property, const char* name);
+    void AskPosition();
 
     // EngineEvents.cpp: what the core tells.
     void OnMessage(unsigned message);
@@ -118,7 +119,14 @@ private:
     void OnMediumAnswer(CoreProperty id, const mpv_node& value);
     void OnCachePaused(bool on);
     void OnPosition(double seconds);
+    void HoldPosition(double seconds);
     bool NoteChange(double& kept, double now);
+
+    // Whether sound or picture advance right now.
+    [[nodiscard]] bool IsMoving() const
+    {
+        return stage_ == Stage::Started && !isPaused_ && !isCachePaused_ && !isStalled_;
+    }
 
     // Whether the core's events are about the current address.
     [[nodiscard]] bool IsCurrent() const { return entry_ != 0 && entry_ == eventEntry_; }
@@ -153,7 +161,13 @@ private:
     MediaFacts facts_;
     Tags tags_;
     double duration_ = 0;
-    double position_ = 0;
+    double speed_ = 1;
+    double position_ = 0;           // Seconds, as told last,
+    std::int64_t positionTime_ = 0; // and when: between two answers it is counted on.
+    double toldPosition_ = 0;
+    std::uint64_t asked_ = 0;    // How often the core was asked for the position,
+    std::uint64_t answered_ = 0; // how often it answered,
+    std::uint64_t stale_ = 0;    // and the last answer from before a seek.
     double audioPosition_ = 0;
     double cachePosition_ = 0;
     int buffering_ = 0;

@@ -119,9 +119,11 @@ void Engine::OnRestart()
     if (!IsCurrent())
         return;
     watchdog_.Restart(GetSteadyTime());
+    AskPosition();
     if (stage_ != Stage::Opening)
         return; // A seek.
     stage_ = Stage::Started;
+    HoldPosition(position_);
     failedFiles_.clear();
     // Not earlier: until then the core may draw the last picture of the medium before.
     parts_->GetRender().SetOpen(facts_.hasVideo);
@@ -147,12 +149,14 @@ void Engine::OnEndFile(const mpv_event_end_file& end)
 void Engine::OnAnswer(const mpv_event& event)
 {
     const auto* const property = static_cast<const mpv_event_property*>(event.data);
+    const auto id = static_cast<CoreProperty>(event.reply_userdata);
+    if (id == CoreProperty::Position && ++answered_ <= stale_)
+        return; // Where it stood before the seek.
     if (event.error < 0 || property == nullptr)
         return;
     static constexpr mpv_node kNone = {};
     const bool isThere = property->format == MPV_FORMAT_NODE;
     const mpv_node& value = isThere ? *static_cast<const mpv_node*>(property->data) : kNone;
-    const auto id = static_cast<CoreProperty>(event.reply_userdata);
     if (id == CoreProperty::Output)
         sound_.OnCurrent(GetText(&value));
     else if (IsCurrent())
@@ -190,6 +194,7 @@ void Engine::OnCachePaused(bool on)
 {
     if (isCachePaused_ == on)
         return;
+    HoldPosition(GetPosition());
     isCachePaused_ = on;
     if (stage_ != Stage::Started || isPaused_)
         return;
@@ -200,11 +205,18 @@ void Engine::OnCachePaused(bool on)
 
 void Engine::OnPosition(double seconds)
 {
-    if (NoteChange(position_, std::max(0.0, seconds)) && isStalled_) {
+    HoldPosition(std::max(0.0, seconds));
+    if (NoteChange(toldPosition_, position_) && isStalled_) {
         isStalled_ = false;
         if (!isCachePaused_)
             Report(EngineState::Playing);
     }
+}
+
+void Engine::HoldPosition(double seconds)
+{
+    position_ = seconds;
+    positionTime_ = GetSteadyTime();
 }
 
 bool Engine::NoteChange(double& kept, double now)

@@ -54,6 +54,7 @@ void Engine::Play()
         return;
     isPaused_ = false;
     SetPaused(/*on=*/false);
+    HoldPosition(position_);
     if (stage_ != Stage::Started)
         return;
     watchdog_.Restart(GetSteadyTime());
@@ -65,6 +66,7 @@ void Engine::Pause()
 {
     if (stage_ == Stage::Resting || isPaused_)
         return;
+    HoldPosition(GetPosition());
     isPaused_ = true;
     SetPaused(/*on=*/true);
     if (stage_ == Stage::Started)
@@ -83,7 +85,8 @@ void Engine::SetPosition(double seconds)
         return;
     // A stream without a length can move within what it has kept, as far as the core allows.
     const double last = duration_ > 0 ? std::max(0.0, duration_ - kEndGuard) : seconds;
-    position_ = std::clamp(seconds, 0.0, std::max(0.0, last));
+    HoldPosition(std::clamp(seconds, 0.0, std::max(0.0, last)));
+    stale_ = asked_;
     watchdog_.Restart(GetSteadyTime());
     std::array<char, 32> text{};
     const auto [end, error] = std::to_chars(
@@ -110,6 +113,7 @@ void Engine::Rest()
     isCachePaused_ = false;
     isStalled_ = false;
     position_ = 0;
+    toldPosition_ = 0;
     buffering_ = 0;
     SetTimerRuns(/*on=*/false);
     parts_->GetRender().SetOpen(/*open=*/false);
@@ -247,6 +251,10 @@ void Engine::OnTick()
         phase = Watchdog::Phase::Resting;
     else if (stage_ == Stage::Started)
         phase = isCachePaused_ ? Watchdog::Phase::Buffering : Watchdog::Phase::Playing;
+    if (stage_ == Stage::Started) {
+        AskPosition();
+        Ask(CoreProperty::Bitrate, "audio-bitrate");
+    }
     if (phase == Watchdog::Phase::Buffering)
         Ask(CoreProperty::CachePosition, "demuxer-cache-time");
     else if (phase == Watchdog::Phase::Playing && facts_.hasVideo)
@@ -259,11 +267,18 @@ void Engine::Ask(CoreProperty property, const char* name)
     mpv_get_property_async(GetCore(), static_cast<std::uint64_t>(property), name, MPV_FORMAT_NODE);
 }
 
+void Engine::AskPosition()
+{
+    ++asked_;
+    Ask(CoreProperty::Position, "time-pos");
+}
+
 void Engine::OnVerdict(Watchdog::Verdict verdict)
 {
     switch (verdict) {
     case Watchdog::Verdict::Fine: break;
     case Watchdog::Verdict::Stalled:
+        HoldPosition(toldPosition_);
         isStalled_ = true;
         Report(EngineState::Buffering);
         break;
