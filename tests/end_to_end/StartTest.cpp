@@ -1,4 +1,4 @@
-#include "tests/end_to_end/Hands.h"
+#include "tests/end_to_end/Desktop.h"
 #include "tests/end_to_end/KivoRun.h"
 #include "tests/support/first_frame/FirstFrame.h"
 #include "tests/support/XScreen.h"
@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -44,8 +45,17 @@ protected:
             EXPECT_TRUE(run->WaitFor("running without a window")) << run->GetErrors();
             return run;
         }
-        auto run = std::make_unique<KivoRun>(arguments, MakeWorldOn(*screen_));
-        EXPECT_TRUE(Hands(*screen_).WaitForWindow("^kivo$")) << run->GetErrors();
+        auto run = std::make_unique<KivoRun>(
+            arguments,
+            KivoRun::World{
+                "", {"QT_QPA_PLATFORM=xcb", "DISPLAY=" + GetDisplay()},
+                 0
+        });
+        const std::string question =
+            "DISPLAY=" + GetDisplay() + " xdotool search --onlyvisible --name '^kivo$' >/dev/null";
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread
+        EXPECT_TRUE(WaitUntil([&question] { return std::system(question.c_str()) == 0; }))
+            << run->GetErrors();
         return run;
     }
 

@@ -1,0 +1,249 @@
+#include "tests/end_to_end/Desktop.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <thread>
+
+namespace kivo::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Quote(const std::string& text)
+{
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    return quoted + "'";
+}
+
+std::string Run(const std::string& command)
+{
+    struct Close {
+        void operator()(FILE* stream) const { pclose(stream); }
+    };
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread
+    const std::unique_ptr<FILE, Close> stream(popen((command + " 2>/dev/null").c_str(), "r"));
+    std::string text;
+    std::array<char, 1024> buffer{};
+    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), stream.get()))
+        text.append(buffer.data(), count);
+    return text;
+}
+
+// All that whoever listens there says; empty: nobody does.
+std::string ReadSocket(const std::string& path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    const int stream = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    std::string text;
+    if (connect(stream, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+        const timeval limit{5, 0};
+        setsockopt(stream, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        std::array<char, 4096> buffer{};
+        for (ssize_t count = 0; (count = read(stream, buffer.data(), buffer.size())) > 0;)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    close(stream);
+    return text;
+}
+
+Seen ReadLine(const std::string& line)
+{
+    std::vector<std::string> parts;
+    std::istringstream stream(line + "|");
+    for (std::string part; std::getline(stream, part, '|');)
+        parts.push_back(part);
+    parts.resize(8);
+    Seen seen;
+    seen.kind = parts[0];
+    seen.name = parts[1];
+    seen.x = std::atoi(parts[2].c_str());
+    seen.y = std::atoi(parts[3].c_str());
+    seen.width = std::atoi(parts[4].c_str());
+    seen.height = std::atoi(parts[5].c_str());
+    seen.state = parts[6];
+    seen.value = parts[7];
+    return seen;
+}
+
+bool IsSamePlace(const Seen& one, const Seen& other)
+{
+    return one.x == other.x && one.y == other.y && one.width == other.width &&
+           one.height == other.height;
+}
+
+std::string PlaceOf(const Seen& seen)
+{
+    // Beside the middle, where a label's last letter may already be another control.
+    return std::to_string(seen.x + std::min(seen.width / 2, 60)) + " " +
+           std::to_string(seen.y + seen.height / 2);
+}
+
+} // namespace
+
+bool WaitUntil(const std::function<bool()>& holds)
+{
+    constexpr std::chrono::seconds kLongest{30};
+    constexpr std::chrono::milliseconds kPause{40};
+    const auto deadline = std::chrono::steady_clock::now() + kLongest;
+    while (!holds()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(kPause);
+    }
+    return true;
+}
+
+bool Seen::Is(const std::string& word) const
+{
+    return (" " + state + " ").find(" " + word + " ") != std::string::npos;
+}
+
+Desktop::Desktop()
+{
+    const std::string tree = media_.GetPath("app");
+    fs::copy(fs::path(KIVO_PROGRAM).parent_path(), tree, fs::copy_options::recursive);
+    fs::create_directories(tree + "/plugin/eyes");
+    fs::copy(KIVO_EYES_PLUGIN, tree + "/plugin/eyes/eyes.so");
+}
+
+Desktop::~Desktop()
+{
+    if (!testing::Test::HasFailure() || !IsUp())
+        return;
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string("failed-") + test.test_suite_name() + "-" + test.name() + ".png";
+    std::replace(name.begin(), name.end(), '/', '-');
+    const fs::path file = fs::path(KIVO_PICTURES) / name;
+    TakePicture(file.native());
+    std::fprintf(stderr, "the screen: %s\n", file.c_str());
+}
+
+void Desktop::Start(std::vector<std::string> arguments, std::vector<std::string> variables)
+{
+    arguments.insert(arguments.begin(), {"--profile", media_.GetPath("p")});
+    variables.insert(variables.begin(),
+                     {"QT_QPA_PLATFORM=xcb",
+                      "DISPLAY=" + screen_.GetName(),
+                      "HOME=" + media_.GetPath(""),
+                      "KIVO_EYES=" + GetSocket()});
+    fs::remove(GetSocket());
+    run_.emplace(arguments, KivoRun::World{media_.GetPath("app/kivo"), variables, 0});
+    const bool isThere = WaitUntil([this] {
+        const std::optional<Seen> window = Peek("window", "kivo");
+        return window && window->Is("active");
+    });
+    EXPECT_TRUE(isThere) << run_->GetErrors();
+}
+
+int Desktop::WaitForEnd()
+{
+    return run_->WaitForEnd(30);
+}
+
+std::vector<Seen> Desktop::Look() const
+{
+    std::vector<Seen> all;
+    std::istringstream lines(ReadSocket(GetSocket()));
+    for (std::string line; std::getline(lines, line);)
+        all.push_back(ReadLine(line));
+    return all;
+}
+
+std::optional<Seen> Desktop::Peek(const std::string& kind, const std::string& name) const
+{
+    for (const Seen& seen : Look())
+        if (seen.kind == kind && seen.name == name)
+            return seen;
+    return std::nullopt;
+}
+
+bool Desktop::Sees(const std::string& kind, const std::string& name) const
+{
+    return Peek(kind, name).has_value();
+}
+
+Seen Desktop::Find(const std::string& kind, const std::string& name)
+{
+    std::optional<Seen> last;
+    const bool isFound = WaitUntil([&] {
+        std::optional<Seen> now = Peek(kind, name);
+        const bool isStill = now && last && IsSamePlace(*now, *last) && !now->Is("disabled");
+        last = std::move(now);
+        return isStill;
+    });
+    EXPECT_TRUE(isFound) << kind << " " << name;
+    return last.value_or(Seen());
+}
+
+void Desktop::Click(const std::string& kind, const std::string& name, int button)
+{
+    const Seen seen = Find(kind, name);
+    Do("mousemove --sync " + PlaceOf(seen) + " click " + std::to_string(button));
+}
+
+void Desktop::DoubleClick(const std::string& kind, const std::string& name)
+{
+    const Seen seen = Find(kind, name);
+    Do("mousemove --sync " + PlaceOf(seen) + " click --repeat 2 --delay 60 1");
+}
+
+// In steps, as a hand moves: the first one has to leave the place by more than a click's shake.
+void Desktop::Drag(const Seen& from, int x, int y)
+{
+    constexpr int kSteps = 6;
+    const int startX = from.x + std::min(from.width / 2, 60);
+    const int startY = from.y + from.height / 2;
+    Do("mousemove --sync " + std::to_string(startX) + " " + std::to_string(startY) +
+       " mousedown 1");
+    for (int step = 1; step <= kSteps; ++step)
+        Do("mousemove --sync " + std::to_string(startX + (x - startX) * step / kSteps) + " " +
+           std::to_string(startY + (y - startY) * step / kSteps) + " sleep 0.05");
+    Do("mouseup 1");
+}
+
+void Desktop::Press(const std::string& keys)
+{
+    Do("key --delay 30 " + keys);
+}
+
+void Desktop::Type(const std::string& text)
+{
+    Do("type --delay 8 " + Quote(text));
+}
+
+std::string Desktop::Do(const std::string& command) const
+{
+    return Run("DISPLAY=" + screen_.GetName() + " xdotool " + command);
+}
+
+QImage Desktop::TakePicture(const std::string& file) const
+{
+    const std::string path = file.front() == '/' ? file : media_.GetPath(file);
+    Run("DISPLAY=" + screen_.GetName() + " QT_QPA_PLATFORM=xcb " KIVO_SCREEN_PICTURE " " +
+        Quote(path));
+    return QImage(QString::fromStdString(path));
+}
+
+std::string Desktop::ReadProfile(const std::string& file) const
+{
+    return media_.Get().Read("p/" + file);
+}
+
+} // namespace kivo::test

@@ -1,0 +1,184 @@
+#include "tests/end_to_end/Desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace kivo::test {
+namespace {
+
+// A clip of 4 : 3 whose left half is red and whose right half is blue, where a picture shows it.
+struct Clip {
+    QRect red;
+    QRect blue;
+
+    [[nodiscard]] QRect GetPlace() const { return red.united(blue); }
+    [[nodiscard]] bool IsThere() const { return !red.isEmpty() && !blue.isEmpty(); }
+};
+
+Clip FindClip(const QImage& picture)
+{
+    const auto add = [](QRect& place, int x, int y) { place = place.united(QRect(x, y, 1, 1)); };
+    Clip clip;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            if (qRed(pixel) > 220 && qGreen(pixel) < 40 && qBlue(pixel) < 40)
+                add(clip.red, x, y);
+            if (qBlue(pixel) > 220 && qGreen(pixel) < 40 && qRed(pixel) < 40)
+                add(clip.blue, x, y);
+        }
+    return clip;
+}
+
+bool IsBlack(const QImage& picture, int x, int y)
+{
+    return picture.rect().contains(x, y) && qGray(picture.pixel(x, y)) < 8;
+}
+
+// Both halves in their places and in their shape.
+void ExpectShape(const Clip& clip)
+{
+    ASSERT_TRUE(clip.IsThere());
+    const QRect place = clip.GetPlace();
+    EXPECT_LT(clip.red.right(), clip.blue.left());
+    EXPECT_NEAR(clip.red.top(), clip.blue.top(), 2);
+    EXPECT_NEAR(clip.red.bottom(), clip.blue.bottom(), 2);
+    // Where the halves meet, enlarging mixes them.
+    EXPECT_NEAR(clip.red.width(), clip.blue.width(), 4 + place.width() / 50);
+    EXPECT_NEAR(place.width(), place.height() * 4.0 / 3.0, 4);
+}
+
+// Black beside it, as high as it is.
+void ExpectBars(const QImage& picture, const Clip& clip)
+{
+    const QRect place = clip.GetPlace();
+    for (const int y : {place.top() + 1, place.center().y(), place.bottom() - 1}) {
+        EXPECT_TRUE(IsBlack(picture, place.left() - 4, y)) << y;
+        EXPECT_TRUE(IsBlack(picture, place.right() + 4, y)) << y;
+    }
+}
+
+void MakeClip(const std::string& path)
+{
+    const std::string command =
+        "ffmpeg -loglevel error -y -f lavfi -i color=red:size=80x120:rate=25:duration=120 -f lavfi "
+        "-i color=blue:size=80x120:rate=25:duration=120 -filter_complex hstack -c:v libx264 "
+        "-preset ultrafast -pix_fmt yuv420p '" +
+        path + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe): one thread
+}
+
+TEST(Picture, WithoutADisplayItStandsInThePageAtEachDensity)
+{
+    const MediaFolder media;
+    const std::string file = media.GetPath("clip.mp4");
+    MakeClip(file);
+    int height = 0;
+    for (const char* const ratio : {"1", "1.5", "2"}) {
+        SCOPED_TRACE(ratio);
+        const std::string path = media.GetPath("form.png");
+        KivoRun run({"--profile", media.GetPath("p"), "--screenshot", path, file},
+                    {"", {std::string("QT_SCALE_FACTOR=") + ratio}, 0});
+        ASSERT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
+        const QImage picture(QString::fromStdString(path));
+        const Clip clip = FindClip(picture);
+        ExpectShape(clip);
+        ExpectBars(picture, clip);
+        if (height == 0)
+            height = clip.GetPlace().height();
+        EXPECT_NEAR(clip.GetPlace().height(), height * std::atof(ratio), 3);
+    }
+}
+
+// A cover picture is no video: the pane stays closed.
+TEST(Picture, ACoverIsNotShownAsAVideo)
+{
+    const MediaFolder media;
+    const std::string song = media.GetPath("song.mp3");
+    const std::string command =
+        "ffmpeg -loglevel error -y -f lavfi -i sine=duration=60 -f lavfi -i "
+        "color=red:size=300x300:rate=1:duration=1 -map 0 -map 1 -frames:v 1 -c:v mjpeg "
+        "-disposition:v attached_pic '" +
+        song + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe): one thread
+    KivoRun run({"--profile", media.GetPath("p"), "--screenshot", media.GetPath("form.png"), song});
+    ASSERT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
+    const Clip clip = FindClip(QImage(QString::fromStdString(media.GetPath("form.png"))));
+    EXPECT_TRUE(clip.red.isEmpty());
+}
+
+class PictureOnX11 : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!desktop_.IsUp())
+            GTEST_SKIP() << "Xvfb, openbox or xdotool isn't installed";
+        MakeClip(file_);
+    }
+
+    // The clip on the screen, once `isRight` says so of it.
+    Clip WaitForClip(const std::function<bool(const Clip&)>& isRight)
+    {
+        Clip clip;
+        EXPECT_TRUE(WaitUntil([&] {
+            picture_ = desktop_.TakePicture();
+            clip = FindClip(picture_);
+            return clip.IsThere() && isRight(clip);
+        }));
+        ExpectShape(clip);
+        return clip;
+    }
+    bool WaitUntilItIsGone()
+    {
+        return WaitUntil([this] { return !FindClip(desktop_.TakePicture()).IsThere(); });
+    }
+
+    Desktop desktop_;
+    const std::string file_ = desktop_.GetMedia().GetPath("clip.mp4");
+    QImage picture_;
+};
+
+TEST_F(PictureOnX11, IsShownResizedHiddenShownAgainAndFillsTheScreen)
+{
+    desktop_.Start({file_});
+    const Clip first = WaitForClip([](const Clip&) { return true; });
+    ExpectBars(picture_, first);
+
+    // Paused: nothing but the page itself draws it anew.
+    desktop_.Click("control", "Pause");
+    desktop_.Find("control", "Play");
+    const Seen bar = desktop_.Find("control", "Height of the picture");
+    desktop_.Drag(bar, bar.x + 60, bar.y - 60);
+    const int height = first.GetPlace().height();
+    const Clip larger =
+        WaitForClip([height](const Clip& clip) { return clip.GetPlace().height() > height + 30; });
+    ExpectBars(picture_, larger);
+
+    desktop_.Click("control", "Close the picture");
+    EXPECT_TRUE(WaitUntilItIsGone());
+    desktop_.Click("control", "Show or hide the picture");
+    WaitForClip([&](const Clip& clip) { return clip.GetPlace() == larger.GetPlace(); });
+
+    desktop_.Click("control", "Play");
+    desktop_.Find("control", "Pause");
+    desktop_.Press("F11");
+    const Clip full = WaitForClip([](const Clip& clip) { return clip.GetPlace().height() > 900; });
+    EXPECT_NEAR(full.GetPlace().center().x(), picture_.width() / 2, 2);
+    EXPECT_NEAR(full.GetPlace().center().y(), picture_.height() / 2, 2);
+    EXPECT_NEAR(full.GetPlace().width(), picture_.width(), 2);
+    desktop_.Press("Escape");
+    WaitForClip([&](const Clip& clip) { return clip.GetPlace() == larger.GetPlace(); });
+}
+
+TEST_F(PictureOnX11, TheWindowMayCloseWhileItPlays)
+{
+    desktop_.Start({file_});
+    WaitForClip([](const Clip&) { return true; });
+    desktop_.Press("alt+F4");
+    EXPECT_EQ(desktop_.WaitForEnd(), 0);
+}
+
+} // namespace
+} // namespace kivo::test
