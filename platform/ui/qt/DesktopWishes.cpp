@@ -53,6 +53,7 @@ void DesktopWishes::Ask()
         QDBusConnection bus = QDBusConnection::sessionBus();
         if (!bus.isConnected())
             return;
+        qRegisterMetaType<QDBusVariant>(); // The slot is found by the names of its types.
         // From whoever sends it: tied to the portal's name, the library would wait for the name's
         // owner, and the first changes after a start got lost.
         bus.connect(QString(),
