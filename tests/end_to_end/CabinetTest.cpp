@@ -51,15 +51,15 @@ std::set<pid_t> FindProcessesBelow(pid_t top)
 }
 
 // A process, to be waited for whoever its parent is.
-class Process {
+class OtherProcess {
 public:
-    explicit Process(pid_t process)
+    explicit OtherProcess(pid_t process)
         : handle_(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))
     {
     }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-    ~Process()
+    OtherProcess(const OtherProcess&) = delete;
+    OtherProcess& operator=(const OtherProcess&) = delete;
+    ~OtherProcess()
     {
         if (handle_ >= 0)
             close(handle_);
@@ -105,12 +105,12 @@ protected:
     // The run ends in order, and with it all processes that it has started.
     void Stop(KivoRun& run) const
     {
-        std::list<Process> processes;
+        std::list<OtherProcess> processes;
         for (const pid_t process : FindProcessesBelow(run.GetPid()))
             processes.emplace_back(process);
         run.Signal(SIGTERM);
         EXPECT_EQ(run.WaitForEnd(20), 0) << run.GetErrors();
-        for (const Process& process : processes)
+        for (const OtherProcess& process : processes)
             EXPECT_TRUE(process.Ends(10000));
         EXPECT_NE(media_.Get().Read("p/tunehive/config.xml"), "");
     }

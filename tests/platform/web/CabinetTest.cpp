@@ -135,6 +135,38 @@ TEST(Cabinet, MayGoWhileItsPageLoads)
     EXPECT_TRUE(next.WaitForWord("ready"));
 }
 
+// The processes of pages: they come from one that the browser starts, so they are our
+// grandchildren.
+std::vector<pid_t> FindPageProcesses()
+{
+    std::map<pid_t, pid_t> parents;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream stat(entry.path() / "stat");
+        pid_t pid = 0;
+        pid_t parent = 0;
+        std::string name;
+        std::string state;
+        if (stat >> pid >> name >> state >> parent)
+            parents[pid] = parent;
+    }
+    std::vector<pid_t> found;
+    for (const auto& [pid, parent] : parents) {
+        const auto above = parents.find(parent);
+        if (above != parents.end() && above->second == getpid())
+            found.push_back(pid);
+    }
+    return found;
+}
+
+TEST(Cabinet, TakesAPageAlongThatNeverRests)
+{
+    Cabinet cabinet("<script>tell('begun').then(() => { for (;;); });</script>");
+    ASSERT_TRUE(cabinet.WaitForWord("begun"));
+    EXPECT_FALSE(FindPageProcesses().empty());
+    cabinet.Close();
+    EXPECT_TRUE(WaitUntil([] { return FindPageProcesses().empty(); }));
+}
+
 TEST(Cabinet, MayGoWhileItsLinkIsAsked)
 {
     Cabinet cabinet(MakeLinkPage("http://m.example/a?kivo=1&p=0&song=S&singer=T"));
@@ -182,29 +214,6 @@ TEST(Cabinet, NothingStaysOfAPage)
     }
     const Cabinet second("<script>tell(document.cookie ? 'kept' : 'lost')</script>");
     EXPECT_TRUE(second.WaitForWord("lost"));
-}
-
-// The processes of pages: they come from one that the browser starts, so they are our
-// grandchildren.
-std::vector<pid_t> FindPageProcesses()
-{
-    std::map<pid_t, pid_t> parents;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        std::ifstream stat(entry.path() / "stat");
-        pid_t pid = 0;
-        pid_t parent = 0;
-        std::string name;
-        std::string state;
-        if (stat >> pid >> name >> state >> parent)
-            parents[pid] = parent;
-    }
-    std::vector<pid_t> found;
-    for (const auto& [pid, parent] : parents) {
-        const auto above = parents.find(parent);
-        if (above != parents.end() && above->second == getpid())
-            found.push_back(pid);
-    }
-    return found;
 }
 
 TEST(Cabinet, APageThatDiesCanBeLoadedAgain)
