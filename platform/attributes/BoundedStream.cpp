@@ -1,6 +1,9 @@
 #include "platform/attributes/BoundedStream.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
 
 namespace kivo::attributes {
 
@@ -11,9 +14,18 @@ constexpr unsigned long kBlockLimit = 4UL * 1024 * 1024;
 constexpr unsigned long kFirstBlockLimit = 32UL * 1024 * 1024; // A tag in front holds pictures.
 constexpr std::int64_t kFirstBlockStart = 10; // It begins at most behind its header.
 constexpr std::int64_t kChunkSizeBytes = 4;
+
+// A tag says how many items TagLib makes of it, and each costs a thousand bytes, also where the
+// file has long ended.
+constexpr unsigned kMostItems = 2048;
+constexpr bool kBigEndian = false;
 constexpr unsigned kApeFooterBytes = 32;
 constexpr unsigned kApeCountOffset = 16;
-constexpr unsigned kMostApeItems = 2048;
+constexpr unsigned kAsfGuidBytes = 16;
+constexpr std::array<std::string_view, 3> kAsfAttributes = { // Objects that begin with a count.
+    std::string_view("\x40\xA4\xD0\xD2\x07\xE3\xD2\x11\x97\xF0\x00\xA0\xC9\x5E\xA8\x50", 16),
+    std::string_view("\xEA\xCB\xF8\xC5\xAF\x5B\x77\x48\x84\x67\xAA\x8C\x44\xFA\x4C\xCA", 16),
+    std::string_view("\x94\x1C\x23\x44\x98\x94\xD1\x49\xA1\x41\x1D\x13\x4E\x45\x70\x54", 16)};
 } // namespace
 
 BoundedStream::BoundedStream(MediaSource& source, std::int64_t baseOffset)
@@ -47,19 +59,27 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length)
         id3ChunkOffset_ = position_ + kChunkSizeBytes;
         return "junk";
     }
-    if (block.size() == kApeFooterBytes)
-        BoundApeItems(block);
+    BoundCounts(block);
     return block;
 }
 
-// The footer of an APE tag says how many items TagLib makes of it: each costs a thousand bytes.
-void BoundedStream::BoundApeItems(TagLib::ByteVector& block)
+void BoundedStream::BoundCounts(TagLib::ByteVector& block)
 {
-    constexpr bool kBigEndian = false;
-    if (!block.startsWith("APETAGEX") || block.toUInt(kApeCountOffset, kBigEndian) <= kMostApeItems)
-        return;
-    const TagLib::ByteVector count = TagLib::ByteVector::fromUInt(kMostApeItems, kBigEndian);
-    std::copy(count.begin(), count.end(), block.begin() + kApeCountOffset);
+    TagLib::ByteVector most;
+    unsigned offset = 0;
+    if (block.size() == kApeFooterBytes && block.startsWith("APETAGEX")) {
+        offset = kApeCountOffset;
+        if (block.toUInt(offset, kBigEndian) > kMostItems)
+            most = TagLib::ByteVector::fromUInt(kMostItems, kBigEndian);
+    } else if (block.size() == kAsfGuidBytes) {
+        const std::string_view guid(block.data(), block.size());
+        awaitsAsfCount_ =
+            std::find(kAsfAttributes.begin(), kAsfAttributes.end(), guid) != kAsfAttributes.end();
+    } else if (block.size() == sizeof(std::uint16_t) && std::exchange(awaitsAsfCount_, false)) {
+        if (block.toUShort(kBigEndian) > kMostItems)
+            most = TagLib::ByteVector::fromShort(kMostItems, kBigEndian);
+    }
+    std::copy(most.begin(), most.end(), block.begin() + offset);
 }
 
 void BoundedStream::writeBlock(const TagLib::ByteVector& /*data*/) {}

@@ -46,7 +46,7 @@ public:
     void truncate(long length) override;
 
 private:
-    static void BoundApeItems(TagLib::ByteVector& block);
+    void BoundCounts(TagLib::ByteVector& block);
 
     MediaSource& source_;
     std::int64_t baseOffset_;
@@ -57,6 +57,7 @@ private:
     std::int64_t bytesLeft_;
     bool hidesId3Chunk_ = false;
     std::int64_t id3ChunkOffset_ = -1;
+    bool awaitsAsfCount_ = false; // The head of an object with attributes was read.
 };
 
 } // namespace kivo::attributes

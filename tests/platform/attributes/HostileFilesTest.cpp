@@ -99,6 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
                     HostileFile{"ManyId3Frames", "tiny_frames.mp3"},
                     HostileFile{"ManyApeItems", "items.ape"},
                     HostileFile{"ManyAsfAttributes", "attributes.wma", kMaxAvformatKilobytes},
+                    HostileFile{"AsfAttributesThatAreNotThere", "counted.wma", 48 * 1024},
                     HostileFile{"ManyVorbisComments", "comments.flac"},
                     HostileFile{"ManySmallApeItems", "crowded_ape.mp3"},
                     HostileFile{"ManyInfoFields", "crowded_info.wav", kMaxAvformatKilobytes},

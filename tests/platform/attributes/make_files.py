@@ -139,6 +139,8 @@ def hostile():
     extended = (guid + struct.pack("<Q", len(body) + 24) + body) * 16
     header = bytes.fromhex("3026b2758e66cf11a6d900aa0062ce6c")
     write("attributes.wma", header + struct.pack("<QIBB", len(extended) + 30, 16, 1, 2) + extended)
+    counted = guid + struct.pack("<QH", 26, 65535)
+    write("counted.wma", header + struct.pack("<QIBB", 56, 1, 1, 2) + counted)
     comments = b"".join(struct.pack("<I", 5) + b"A=bcd" for _ in range(1_500_000))
     vorbis = struct.pack("<I", 0) + struct.pack("<I", 1_500_000) + comments
     block = b"\x84" + struct.pack(">I", len(vorbis))[1:] + vorbis
@@ -207,7 +209,7 @@ def crowded():
     for name, ilst in (("long_texts.m4a", texts), ("crowded.m4a", parts)):
         meta = atom(b"meta", bytes(4) + atom(b"hdlr", bytes(8) + b"mdirappl" + bytes(9)) + ilst)
         write(name, atom(b"ftyp", b"M4A \0\0\2\0isom") + atom(b"moov", atom(b"udta", meta)))
-    guid = bytes.fromhex("eacbf8c5af5b48778467aa8c44fa4cca")
+    guid = bytes.fromhex("eacbf8c5af5b77488467aa8c44fa4cca")
     name, text = "Title\0".encode("utf-16-le"), b"t\0" * (mib(3) // 2)
     one = struct.pack("<HHHHI", 0, 0, len(name), 0, len(text)) + name + text
     library = guid + struct.pack("<QH", 26 + 12 * len(one), 12) + one * 12
