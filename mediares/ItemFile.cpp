@@ -18,6 +18,14 @@ constexpr const char* kPath = "path";
 constexpr const char* kName = "name";
 constexpr const char* kOlderCharacterSet = "gbk";
 
+// A reference to U+0000, which no save could bring back, is left out.
+String ReadText(const XmlRecord& record, const char* name, int codePage)
+{
+    String text = common::MBCS2CString(GetAttribute(record, name), codePage);
+    std::erase(text, u'\0');
+    return text;
+}
+
 } // namespace
 
 XmlResult ReadItemFile(const String& path, const TakeItem& take, bool keepsOlder)
@@ -29,8 +37,7 @@ XmlResult ReadItemFile(const String& path, const TakeItem& take, bool keepsOlder
             return;
         if (!codePage)
             codePage = FindCodePage(prolog.isDeclared ? prolog.encoding : kOlderCharacterSet);
-        take(common::MBCS2CString(GetAttribute(record, kPath), *codePage),
-             common::MBCS2CString(GetAttribute(record, kName), *codePage));
+        take(ReadText(record, kPath, *codePage), ReadText(record, kName, *codePage));
     });
     if (result == XmlResult::Read && !prolog.isDeclared && !keepsOlder)
         SetOlderAside(path);
