@@ -17,7 +17,7 @@ constexpr std::int64_t kChunkSizeBytes = 4;
 
 // A tag says how many items TagLib makes of it, and each costs a thousand bytes, also where the
 // file has long ended.
-constexpr unsigned kMostItems = 2048;
+constexpr std::int16_t kMostItems = 2048;
 constexpr bool kBigEndian = false;
 constexpr unsigned kApeFooterBytes = 32;
 constexpr unsigned kApeCountOffset = 16;
@@ -26,6 +26,12 @@ constexpr std::array<std::string_view, 3> kAsfAttributes = { // Objects that beg
     std::string_view("\x40\xA4\xD0\xD2\x07\xE3\xD2\x11\x97\xF0\x00\xA0\xC9\x5E\xA8\x50", 16),
     std::string_view("\xEA\xCB\xF8\xC5\xAF\x5B\x77\x48\x84\x67\xAA\x8C\x44\xFA\x4C\xCA", 16),
     std::string_view("\x94\x1C\x23\x44\x98\x94\xD1\x49\xA1\x41\x1D\x13\x4E\x45\x70\x54", 16)};
+
+void Replace(TagLib::ByteVector& block, unsigned offset, const TagLib::ByteVector& bytes)
+{
+    std::copy(bytes.begin(), bytes.end(), block.begin() + offset);
+}
+
 } // namespace
 
 BoundedStream::BoundedStream(MediaSource& source, std::int64_t baseOffset)
@@ -65,21 +71,18 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length)
 
 void BoundedStream::BoundCounts(TagLib::ByteVector& block)
 {
-    TagLib::ByteVector most;
-    unsigned offset = 0;
-    if (block.size() == kApeFooterBytes && block.startsWith("APETAGEX")) {
-        offset = kApeCountOffset;
-        if (block.toUInt(offset, kBigEndian) > kMostItems)
-            most = TagLib::ByteVector::fromUInt(kMostItems, kBigEndian);
-    } else if (block.size() == kAsfGuidBytes) {
-        const std::string_view guid(block.data(), block.size());
-        awaitsAsfCount_ =
-            std::find(kAsfAttributes.begin(), kAsfAttributes.end(), guid) != kAsfAttributes.end();
-    } else if (block.size() == sizeof(std::uint16_t) && std::exchange(awaitsAsfCount_, false)) {
+    const auto size = block.size();
+    if (size == kApeFooterBytes && block.startsWith("APETAGEX")) {
+        if (block.toUInt(kApeCountOffset, kBigEndian) > kMostItems)
+            Replace(block, kApeCountOffset, TagLib::ByteVector::fromUInt(kMostItems, kBigEndian));
+    } else if (size == kAsfGuidBytes) {
+        awaitsAsfCount_ = std::find(kAsfAttributes.begin(),
+                                    kAsfAttributes.end(),
+                                    std::string_view(block.data(), size)) != kAsfAttributes.end();
+    } else if (size == sizeof kMostItems && std::exchange(awaitsAsfCount_, false)) {
         if (block.toUShort(kBigEndian) > kMostItems)
-            most = TagLib::ByteVector::fromShort(kMostItems, kBigEndian);
+            Replace(block, 0, TagLib::ByteVector::fromShort(kMostItems, kBigEndian));
     }
-    std::copy(most.begin(), most.end(), block.begin() + offset);
 }
 
 void BoundedStream::writeBlock(const TagLib::ByteVector& /*data*/) {}

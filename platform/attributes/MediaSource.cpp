@@ -17,9 +17,10 @@ namespace {
 // The size that read a mix of formats fastest; larger windows read more than the tags need.
 constexpr std::size_t kWindowBytes = 16 * 1024;
 constexpr std::size_t kPageBytes = 4 * 1024;
+constexpr std::size_t kWholeWindowBytes = kWindowBytes + kPageBytes; // It starts on a page.
 
 // From one file to the next: without it each of them would get fresh memory.
-thread_local std::unique_ptr<char[]> spareWindow;
+thread_local std::unique_ptr<char[]> spareMemory;
 } // namespace
 
 MediaSource::MediaSource(const String& path)
@@ -42,8 +43,8 @@ MediaSource::~MediaSource()
 {
     if (descriptor_ >= 0)
         ::close(descriptor_);
-    if (window_)
-        spareWindow = std::move(window_);
+    if (memory_)
+        spareMemory = std::move(memory_);
 }
 
 void MediaSource::ExpectSequentialReads() const
@@ -67,16 +68,27 @@ std::size_t MediaSource::ReadThrough(std::int64_t offset, char* bytes, std::size
     return done;
 }
 
-bool MediaSource::MoveWindow(std::int64_t offset)
+const MediaSource::Window& MediaSource::FindWindow(std::int64_t offset, std::size_t count)
 {
-    const std::int64_t start = offset - offset % static_cast<std::int64_t>(kPageBytes);
-    constexpr std::size_t kSize = kWindowBytes + kPageBytes;
-    if (!window_)
-        window_ =
-            spareWindow ? std::move(spareWindow) : std::make_unique_for_overwrite<char[]>(kSize);
-    windowSize_ = ReadThrough(start, window_.get(), kSize);
-    windowStart_ = start;
-    return windowSize_ > 0;
+    const auto holds = [&](const Window& window) {
+        return offset >= window.start && offset + static_cast<std::int64_t>(count) <=
+                                             window.start + static_cast<std::int64_t>(window.size);
+    };
+    if (!memory_) {
+        memory_ = spareMemory
+                      ? std::move(spareMemory)
+                      : std::make_unique_for_overwrite<char[]>(windows_.size() * kWholeWindowBytes);
+        for (std::size_t i = 0; i < windows_.size(); ++i)
+            windows_.at(i).bytes = memory_.get() + i * kWholeWindowBytes;
+    }
+    auto found = std::find_if(windows_.begin(), windows_.end(), holds);
+    if (found == windows_.end()) {
+        found = windows_.end() - 1;
+        found->start = offset - offset % static_cast<std::int64_t>(kPageBytes);
+        found->size = ReadThrough(found->start, found->bytes, kWholeWindowBytes);
+    }
+    std::rotate(windows_.begin(), found, found + 1);
+    return windows_.front();
 }
 
 std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t count)
@@ -87,15 +99,12 @@ std::size_t MediaSource::ReadAt(std::int64_t offset, void* bytes, std::size_t co
     if (count > kWindowBytes)
         return ReadThrough(offset, static_cast<char*>(bytes), count);
 
-    const auto end = [this] { return windowStart_ + static_cast<std::int64_t>(windowSize_); };
-    const bool inside =
-        offset >= windowStart_ && offset + static_cast<std::int64_t>(count) <= end();
-    if (!inside && !MoveWindow(offset))
-        return 0;
-    if (offset >= end())
+    const Window& window = FindWindow(offset, count);
+    const auto skipped = static_cast<std::size_t>(offset - window.start);
+    if (skipped >= window.size)
         return 0; // The file has become shorter.
-    const std::size_t got = std::min(count, static_cast<std::size_t>(end() - offset));
-    std::memcpy(bytes, window_.get() + (offset - windowStart_), got);
+    const std::size_t got = std::min(count, window.size - skipped);
+    std::memcpy(bytes, window.bytes + skipped, got);
     return got;
 }
 

@@ -2,13 +2,15 @@
 
 #include "shell/contracts/base/String.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
 namespace kivo::attributes {
 
-// A media file open for reading through one window. Only regular files open: a FIFO would never
+// A media file open for reading through a few windows, since readers of tags go to and fro between
+// its start, its end and what stands behind a tag. Only regular files open: a FIFO would never
 // answer. Thread: any, one object on one thread at a time.
 class MediaSource {
 public:
@@ -25,18 +27,23 @@ public:
     void ExpectSequentialReads() const;
 
     // Bytes from `offset` on: fewer than asked at the end, 0 on an error. Small reads go through
-    // the window.
+    // a window.
     std::size_t ReadAt(std::int64_t offset, void* bytes, std::size_t count);
 
 private:
+    struct Window {
+        std::int64_t start = 0;
+        std::size_t size = 0;
+        char* bytes = nullptr; // In `memory_`.
+    };
+
     std::size_t ReadThrough(std::int64_t offset, char* bytes, std::size_t count) const;
-    bool MoveWindow(std::int64_t offset);
+    const Window& FindWindow(std::int64_t offset, std::size_t count);
 
     int descriptor_ = -1;
     std::int64_t length_ = 0;
-    std::int64_t windowStart_ = 0;
-    std::size_t windowSize_ = 0;
-    std::unique_ptr<char[]> window_; // Null until it is needed.
+    std::array<Window, 3> windows_;  // The one that was used last comes first.
+    std::unique_ptr<char[]> memory_; // Null until it is needed.
 };
 
 } // namespace kivo::attributes
