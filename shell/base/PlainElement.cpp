@@ -40,6 +40,69 @@ std::string_view ReadName(const char* text)
     return {text, static_cast<std::size_t>(end - text)};
 }
 
+struct Entity {
+    std::string_view name; // Behind the '&'.
+    char character;
+};
+constexpr Entity kEntities[] = {
+    {"apos;", '\''},
+    {"amp;",  '&' },
+    {"quot;", '"' },
+    {"lt;",   '<' },
+    {"gt;",   '>' },
+};
+
+// Null: some other reference, or none.
+const Entity* FindEntity(std::string_view behindMark)
+{
+    for (const Entity& entity : kEntities)
+        if (behindMark.starts_with(entity.name))
+            return &entity;
+    return nullptr;
+}
+
+bool HasOnlyEntities(std::string_view value)
+{
+    for (auto mark = value.find('&'); mark != std::string_view::npos;
+         mark = value.find('&', mark + 1))
+        if (FindEntity(value.substr(mark + 1)) == nullptr)
+            return false;
+    return true;
+}
+
+void AppendDecoded(std::string_view value, std::string& text)
+{
+    for (auto mark = value.find('&'); mark != std::string_view::npos; mark = value.find('&')) {
+        text.append(value.substr(0, mark));
+        const Entity* const entity = FindEntity(value.substr(mark + 1));
+        text += entity->character;
+        value.remove_prefix(mark + 1 + entity->name.size());
+    }
+    text.append(value);
+}
+
+// Lets the values that hold entities be views into `decoded`.
+void DecodeValues(std::vector<XmlAttribute>& attributes, std::string& decoded)
+{
+    const auto isCoded = [](const XmlAttribute& attribute) {
+        return attribute.value.find('&') != std::string_view::npos;
+    };
+    decoded.clear();
+    std::size_t size = 0;
+    for (const XmlAttribute& attribute : attributes)
+        size += isCoded(attribute) ? attribute.value.size() : 0;
+    if (size == 0)
+        return;
+    decoded.reserve(size); // From here on it stays where it is.
+    for (XmlAttribute& attribute : attributes) {
+        if (!isCoded(attribute))
+            continue;
+        const std::size_t start = decoded.size();
+        AppendDecoded(attribute.value, decoded);
+        attribute.value = std::string_view(decoded).substr(start);
+    }
+}
+
 // Gives what stands behind the closing quote; null for another shape.
 const char* ReadAttribute(const char* text, XmlAttribute& attribute)
 {
@@ -53,13 +116,15 @@ const char* ReadAttribute(const char* text, XmlAttribute& attribute)
     if (end == nullptr)
         return nullptr;
     attribute.value = {quote + 1, static_cast<std::size_t>(end - quote - 1)};
-    return attribute.value.find('&') == std::string_view::npos ? end + 1 : nullptr;
+    return HasOnlyEntities(attribute.value) ? end + 1 : nullptr;
 }
 
 } // namespace
 
-const char*
-ReadPlainElement(const char* text, std::string_view& name, std::vector<XmlAttribute>& attributes)
+const char* ReadPlainElement(const char* text,
+                             std::string_view& name,
+                             std::vector<XmlAttribute>& attributes,
+                             std::string& decoded)
 {
     attributes.clear();
     name = ReadName(text + 1);
@@ -80,7 +145,10 @@ ReadPlainElement(const char* text, std::string_view& name, std::vector<XmlAttrib
             return nullptr;
         attributes.push_back(attribute);
     }
-    return rest[0] == '/' && rest[1] == '>' ? rest + 2 : nullptr;
+    if (rest[0] != '/' || rest[1] != '>')
+        return nullptr;
+    DecodeValues(attributes, decoded);
+    return rest + 2;
 }
 
 } // namespace kivo::tunehive

@@ -85,6 +85,7 @@ private:
     TiXmlEncoding encoding_ = TIXML_ENCODING_LEGACY;
     bool hasRoot_ = false;
     std::vector<XmlAttribute> attributes_; // Of the record that was read last.
+    std::string decoded_;                  // What its values aren't in the text.
 };
 
 XmlResult RecordParser::ParseDocument(const char* text, bool needsUtf8)
@@ -132,7 +133,7 @@ const char* RecordParser::ParseNode(const char* text, bool isRecord)
 {
     if (isRecord) {
         std::string_view name;
-        if (const char* const rest = ReadPlainElement(text, name, attributes_)) {
+        if (const char* const rest = ReadPlainElement(text, name, attributes_, decoded_)) {
             take_({name, attributes_});
             return rest;
         }

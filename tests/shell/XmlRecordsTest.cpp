@@ -189,10 +189,11 @@ TEST(ParseXmlRecords, AgreesWithTheTreeOnDamagedTexts)
 {
     const std::string whole = "<?xml version=\"1.0\" encoding=\"gbk\"?><!-- c -->\n<x/><Root a='1'>"
                               "<a v=\"&lt;1&amp;\"/>t<b v='2'><c/></b><![CDATA[<d>]]>"
+                              "<g u='&apos;&quot;' v='&gt;&amp;lt;'/>"
                               "<e.1 x='0' v=\"3\" />\n<f\tv='4'/></Root>\n<y/>";
     std::mt19937 random(20060401);
     const auto pick = [&random](std::size_t below) { return random() % below; };
-    const std::string_view signs = "<>/\"'=!-?[]& aRv";
+    const std::string_view signs = "<>/\"'=!-?[]&;# aRv";
     for (int round = 0; round < 20000; ++round) {
         std::string text = whole;
         for (std::size_t edits = 1 + pick(3); edits > 0; --edits) {
