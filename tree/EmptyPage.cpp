@@ -15,8 +15,14 @@ namespace kivo::tunehive {
 namespace {
 
 // With less room the picture goes first, then the sentence.
-constexpr int kRoomForPicture = 380;
-constexpr int kRoomForSentence = 190;
+struct Yielding {
+    const char16_t* id;
+    int room; // The least height at which it shows.
+};
+constexpr Yielding kYielding[] = {
+    {u"EmptyPicture", 380},
+    {u"EmptyText",    190},
+};
 
 struct Road {
     const char16_t* button;
@@ -74,16 +80,24 @@ void CEmptyPage::Follow()
 void CEmptyPage::CalculateBounds(const Rect& place)
 {
     const int height = ui::HeightOf(place);
-    if (ui::CSkinObject* picture = FindControlRecusive(u"EmptyPicture"))
-        picture->SetVisible(height >= kRoomForPicture ? 1 : 0);
-    if (ui::CSkinObject* sentence = FindControlRecusive(u"EmptyText"))
-        sentence->SetVisible(height >= kRoomForSentence ? 1 : 0);
+    for (const Yielding& part : kYielding) {
+        if (ui::CSkinObject* control = FindControlRecusive(part.id))
+            control->SetVisible(height >= part.room ? 1 : 0);
+    }
     const Rect padding = GetPadding();
     const int width = ui::WidthOf(place) - padding.left - padding.right;
     ShowWords(width);
     Centre(u"EmptyFolderBtn", width);
     Centre(u"EmptyLinks", width);
     CSkinPanel::CalculateBounds(place);
+    // With a large font or a long language they need more than that.
+    for (const Yielding& part : kYielding) {
+        ui::CSkinObject* control = FindControlRecusive(part.id);
+        if (control == nullptr || !control->IsSetVisible() || GetWantedSize().height <= height)
+            continue;
+        control->SetVisible(0);
+        RePositionSubControls();
+    }
 }
 
 // Where the links need the whole line, the small words around them go.

@@ -64,7 +64,9 @@ Rect CutStrip(Rect& rest, const DockItem& item, int gap)
 bool TakesPlace(const CSkinObject& control)
 {
     const auto* window = dynamic_cast<const CSkinWnd*>(&control);
-    return control.IsSetVisible() && (window == nullptr || !window->IsTopLevel());
+    // An error line keeps its room from the start, so that nothing jumps when it shows.
+    const bool keepsRoom = control.GetSkinName() == u"error";
+    return (control.IsSetVisible() || keepsRoom) && (window == nullptr || !window->IsTopLevel());
 }
 
 std::vector<CSkinObject*> PlacedControls(const CSkinObject& parent)

@@ -58,13 +58,16 @@ Size CSkinForm::GetWantedSize() const
 
 void CSkinForm::FitContent()
 {
-    const Rect bounds = GetBoundsRect();
-    const Size wanted = GetWantedSize();
-    SetBoundsRect({bounds.left,
-                   bounds.top,
-                   bounds.left + std::max(WidthOf(bounds), wanted.width),
-                   bounds.top + std::max(HeightOf(bounds), wanted.height)});
-    RePositionSubControls();
+    // Twice: how high a text of many lines is shows once the first layout has given it its width.
+    for (int pass = 0; pass < 2; ++pass) {
+        const Rect bounds = GetBoundsRect();
+        const Size wanted = GetWantedSize();
+        SetBoundsRect({bounds.left,
+                       bounds.top,
+                       bounds.left + std::max(WidthOf(bounds), wanted.width),
+                       bounds.top + std::max(HeightOf(bounds), wanted.height)});
+        RePositionSubControls();
+    }
 }
 
 void CSkinForm::SetVisible(int visible)
