@@ -136,6 +136,8 @@ int CPlayerPanel::OnBuildControlAfter()
     bar_->SetSkinName(u"tunehive_player");
     bar_->SetAnchorStyle(ui::anchor::kTop);
     bar_->SetBounds(0, 0, 10, 6);
+    bar_->SetAccessibleName(
+        common::CMutiLanSupport::GetInstance()->GetStringViaID(u"STRID_TUNEHIVE_NAME_POSITION"));
     bar_->Create(parent_);
     bar_->SetRange(0, 100);
     bar_->SetPosition(0);

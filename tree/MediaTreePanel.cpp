@@ -1,5 +1,6 @@
 #include "tree/MediaTreePanel.h"
 
+#include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "tree/EmptyPage.h"
@@ -27,6 +28,8 @@ int CMediaTreePanel::OnBuildControlAfter()
     tree_ = new CMediaTree(pickers_);
     tree_->SetObjectID(u"PlayList");
     tree_->SetSkinName(u"tunehive");
+    tree_->SetAccessibleName(
+        common::CMutiLanSupport::GetInstance()->GetStringViaID(u"STRID_TUNEHIVE_NAME_TREE"));
     RegisterControl(tree_);
     tree_->SetAnchorStyle(ui::anchor::kFill);
     tree_->Create(parent_);

@@ -5,7 +5,6 @@
 #include "platform/ui/qt/SkinLook.h"
 #include "platform/ui/qt/TextLine.h"
 
-#include <QDialog>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -151,8 +150,9 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/)
 
 void FlatButton::keyPressEvent(QKeyEvent* event)
 {
+    // Also in a form: Enter means the button that has the keyboard, not the form's default.
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && !event->isAutoRepeat() && qobject_cast<QDialog*>(window()) == nullptr) {
+    if (enter && !event->isAutoRepeat()) {
         click();
         return;
     }

@@ -1,16 +1,19 @@
 #include "platform/ui/qt/FormPeer.h"
 
 #include "platform/ui/qt/FlatButton.h"
+#include "platform/ui/qt/FocusOrder.h"
 #include "platform/ui/qt/Shapes.h"
 #include "platform/ui/qt/SkinLook.h"
 #include "platform/ui/qt/WidgetPeer.h"
 #include "shell/contracts/ui/SkinForm.h"
+#include "shell/contracts/ui/SkinLabel.h"
 #include "shell/contracts/ui/SkinManager.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPainter>
 #include <QScreen>
 
@@ -20,6 +23,20 @@
 namespace kivo::ui::qt {
 
 namespace {
+
+// Screen readers say the label of a box beside its choice, which stands in the place of its name.
+void LinkLabels(const CSkinObject& root, const CSkinObject& object)
+{
+    for (const CSkinObject* const control : object.GetControls()) {
+        if (control == nullptr)
+            continue;
+        const auto* const label = dynamic_cast<const CSkinLabel*>(control);
+        auto* const widget = label != nullptr ? qobject_cast<QLabel*>(WidgetOf(label)) : nullptr;
+        if (widget != nullptr && !label->GetBuddy().empty())
+            widget->setBuddy(WidgetOf(root.FindControlRecusive(label->GetBuddy())));
+        LinkLabels(root, *control);
+    }
+}
 
 // A top-level window. What the user does to it goes to the form as messages, which decides.
 class FormWidget final : public QDialog {
@@ -84,6 +101,25 @@ protected:
             return;
         }
         QDialog::keyPressEvent(event);
+    }
+
+    bool focusNextPrevChild(bool next) override
+    {
+        const QList<QWidget*> order =
+            form_ != nullptr ? GetFocusOrder(*form_, *this) : QList<QWidget*>();
+        if (order.isEmpty())
+            return QDialog::focusNextPrevChild(next);
+        const QWidget* const now = focusWidget();
+        // From behind: a button on a list is nearer than the list.
+        const auto found = std::find_if(order.rbegin(), order.rend(), [now](const QWidget* one) {
+            return now != nullptr && (one == now || one->isAncestorOf(now));
+        });
+        const qsizetype count = order.size();
+        qsizetype place = next ? 0 : count - 1;
+        if (found != order.rend())
+            place = (std::distance(found, order.rend()) - 1 + (next ? 1 : count - 1)) % count;
+        order[place]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
     }
 
     void reject() override
@@ -209,6 +245,7 @@ public:
                                Qt::WindowCloseButtonHint);
         widget->setFixedSize(ToQt(control_.GetBoundsRect()).size());
         ApplyDefaultButton();
+        LinkLabels(control_, control_);
         widget->FocusFirst();
         return widget->exec(); // The form may be gone when it returns.
     }

@@ -79,6 +79,8 @@ public:
                 body.setLeft(done.right());
         }
         FillRounded(painter_, body, kThickness / 2.0, GetToken(u"channel"));
+        if (ringed_ && slider_.IsLocked()) // There is no thumb to wear the ring.
+            DrawFrame(painter_, body.adjusted(-3, -3, 3, 3), 6.0, GetToken(u"mark"), 2.0);
         if (played > 0 && !isUnderThumb)
             FillRounded(
                 painter_, done, kThickness / 2.0, GetToken(slider_.IsEnabled() ? u"mark" : u"off"));

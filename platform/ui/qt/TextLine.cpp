@@ -44,14 +44,6 @@ QTextOption OptionFor(const QString& text, TextSide side)
     return option;
 }
 
-QTextOption ParagraphOption(const QString& text, TextSide side)
-{
-    QTextOption option = OptionFor(text, side);
-    option.setAlignment(SideInWindow(side) | Qt::AlignAbsolute | Qt::AlignTop);
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    return option;
-}
-
 } // namespace
 
 TextSide SideOf(int alignment)
@@ -123,7 +115,10 @@ int MeasureParagraph(const QFont& font, const QString& text, int width)
 
 void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side)
 {
-    painter.drawText(QRectF(place), text, ParagraphOption(text, side));
+    QTextOption option = OptionFor(text, side);
+    option.setAlignment(SideInWindow(side) | Qt::AlignAbsolute | Qt::AlignTop);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    painter.drawText(QRectF(place), text, option);
 }
 
 } // namespace kivo::ui::qt
