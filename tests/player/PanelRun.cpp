@@ -28,13 +28,13 @@ std::string JoinNumbers(const std::vector<int>& numbers)
 
 } // namespace
 
-PanelRun::PanelRun()
+PanelRun::PanelRun(const MediaEngineSettings& settings)
 {
     SetBeyond(true);
     ui::CSkinManager::GetInstance()->IncludeSkinBuildFile(u"" KIVO_DATA_DIR "/build.xml");
     common::CMutiLanSupport::GetInstance()->AddText(u"STRID_TUNEHIVE_STATE_BUFFER", u"%d percent");
     common::CMutiLanSupport::GetInstance()->AddText(u"STRID_TUNEHIVE_STATE_TRANSITIONING", u"...");
-    SetMediaEngineFactory([] { return Engine::Make(EngineRun::Silent()); });
+    SetMediaEngineFactory([settings] { return Engine::Make(settings); });
     auto& manager = tunehive::CMediaPlayerManager::GetInstance();
     manager.RegisterPlayers();
     panel_.reset(new tunehive::CPlayerPanel(&page));

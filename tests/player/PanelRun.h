@@ -4,6 +4,8 @@
 #include "player/MediaSliderBar.h"
 #include "player/PlayerPanel.h"
 #include "shell/contracts/base/Released.h"
+#include "shell/contracts/control/MediaEngineSettings.h"
+#include "tests/platform/engine/EngineRun.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/FakePage.h"
 
@@ -13,11 +15,11 @@
 
 namespace kivo::test {
 
-// The player's panel over the real engine, without a window, a sound device or a tree: the page is
-// a list that a test writes, the build file is the program's.
+// The player's panel over the real engine, without a window or a tree, and with a sound device only
+// if the settings say so: the page is a list that a test writes, the build file is the program's.
 class PanelRun {
 public:
-    PanelRun();
+    explicit PanelRun(const MediaEngineSettings& settings = EngineRun::Silent());
     PanelRun(const PanelRun&) = delete;
     PanelRun& operator=(const PanelRun&) = delete;
     ~PanelRun();

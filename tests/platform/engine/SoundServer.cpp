@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 // NOLINTBEGIN(concurrency-mt-unsafe): nobody else reads or sets these variables meanwhile
@@ -89,6 +90,8 @@ bool SoundServer::Start()
 
 void SoundServer::Kill()
 {
+    if (recorder_ != 0)
+        static_cast<void>(StopRecording());
     if (process_ == 0)
         return;
     kill(process_, SIGKILL);
@@ -109,6 +112,38 @@ void SoundServer::Thaw() const
 bool SoundServer::HasStream() const
 {
     return !ReadOutput("pactl list short sink-inputs 2>/dev/null").empty();
+}
+
+void SoundServer::StartRecording()
+{
+    const std::string target = folder_.GetNative() / "recording";
+    recorder_ = fork();
+    if (recorder_ != 0)
+        return;
+    const int file = open(target.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    dup2(file, STDOUT_FILENO);
+    const std::string rate = "--rate=" + std::to_string(kRecordedRate);
+    execlp("parec",
+           "parec",
+           "--device=@DEFAULT_MONITOR@",
+           "--raw",
+           "--latency-msec=20",
+           "--format=s16le",
+           "--channels=1",
+           rate.c_str(),
+           nullptr);
+    _exit(1);
+}
+
+std::vector<std::int16_t> SoundServer::StopRecording()
+{
+    kill(recorder_, SIGTERM);
+    waitpid(recorder_, nullptr, 0);
+    recorder_ = 0;
+    const std::string bytes = folder_.Read("recording");
+    std::vector<std::int16_t> samples(bytes.size() / sizeof(std::int16_t));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(std::int16_t));
+    return samples;
 }
 
 } // namespace kivo::test

@@ -4,7 +4,9 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace kivo::test {
 
@@ -27,10 +29,17 @@ public:
     // Somebody plays through it.
     [[nodiscard]] bool HasStream() const;
 
+    // Records what the sink plays, from now until StopRecording, which gives the samples of one
+    // channel, kRecordedRate of them a second.
+    static constexpr int kRecordedRate = 44'100;
+    void StartRecording();
+    [[nodiscard]] std::vector<std::int16_t> StopRecording();
+
 private:
     const TempFolder folder_;
     const std::string socket_;
     pid_t process_ = 0;
+    pid_t recorder_ = 0;
 };
 
 } // namespace kivo::test
