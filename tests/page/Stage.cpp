@@ -1,5 +1,8 @@
 #include "tests/page/Stage.h"
 
+#include "host/Account.h"
+#include "host/ContactDesk.h"
+#include "host/Contacts.h"
 #include "host/EventLoop.h"
 #include "host/HostSettings.h"
 #include "host/MainForm.h"
@@ -91,8 +94,9 @@ struct Stage::Impl {
         , desktop(MakeOptions(look))
         , signs(u"Mara Lindqvist")
         , messages(host::MakeBoxMessages())
-        , services({settings, signs, *messages, pages}, profile.GetPath())
-        , form(MakeCommands())
+        , services({settings, account, signs, *messages, pages}, profile.GetPath())
+        , desk({signs, account, contacts, services})
+        , form(contacts, MakeCommands(), MakeContactCommands())
         , keys([this] { return plugins.GetRemote(); })
     {
         SetBeyond(/*on=*/true);
@@ -110,13 +114,35 @@ struct Stage::Impl {
         commands.show = [this](IPluginWindow* page) { pages.ShowPluginPage(page); };
         commands.showSigns = [this](bool show) { services.ShowMediaState(show); };
         commands.areSignsShown = [this] { return services.IsMediaStateShown(); };
-        commands.getSignPicture = [this](const String& kind) {
-            IPlugin* const plugin = services.GetSigningPlugin();
-            return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
-        };
+        commands.getOwnName = [this] { return signs.GetOwnId(); };
+        commands.isAccountOn = [this] { return account.IsOn(); };
+        commands.isTitleOnly = [this] { return account.IsTitleOnly(); };
+        commands.setTitleOnly = [this](bool titleOnly) { desk.SetTitleOnly(titleOnly); };
+        commands.signOut = [this] { desk.SignOut(); };
         commands.goToOwnSign = [this] { services.ActivateOwnSign(); };
         commands.hasCabinet = [this] { return plugins.GetRemote() != nullptr; };
         commands.openCabinet = [this] { plugins.GetRemote()->OpenWebForm(); };
+        return commands;
+    }
+
+    host::ContactCommands MakeContactCommands()
+    {
+        host::ContactCommands commands;
+        commands.activateSign = [](const String& /*id*/) {};
+        commands.answer = [this](const String& id) { desk.Answer(id); };
+        commands.remove = [this](const String& id) { desk.Remove(id); };
+        commands.rename = [this](const String& id, const String& name) { desk.Rename(id, name); };
+        commands.addContact = [this] { desk.AddContact(); };
+        commands.setUpAccount = [this] { desk.SetUpAccount(); };
+        commands.givePassword = [this] { desk.GivePassword(); };
+        commands.judgeCertificate = [this] { desk.JudgeCertificate(); };
+        commands.tryNow = [this] { desk.SignIn(); };
+        commands.getSignPicture = [this](const String& kind) {
+            IPlugin* const plugin = plugins.FindForSign(kind);
+            return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();
+        };
+        commands.getServer = [this] { return desk.GetServer(); };
+        commands.getNow = [] { return std::int64_t{0}; };
         return commands;
     }
 
@@ -129,7 +155,9 @@ struct Stage::Impl {
         desktop.ApplySkin();
         form.Open(width, height);
         form.SetOwnName(signs.GetOwnId());
-        signs.SetListener(&form);
+        desk.SetWindow(&form);
+        contacts.SetAccountOn(account.IsOn());
+        signs.SetListener(&contacts);
         pages.SetView(&form);
         if (!plugins.Load(KIVO_APP_FOLDER, &form, &pages).empty())
             throw std::runtime_error("the plug-in can't be loaded");
@@ -159,12 +187,15 @@ struct Stage::Impl {
     TempFolder profile;
     String app = MakeAppPath();
     host::HostSettings settings;
+    host::Account account{settings};
     ui::qt::QtDesktop desktop;
     host::EventLoop loop;
     host::LocalSignNetwork signs;
+    host::Contacts contacts;
     std::unique_ptr<host::IMessages> messages;
     host::Pages pages;
     host::Services services;
+    host::ContactDesk desk;
     host::MainForm form;
     host::Plugins plugins;
     host::PlayerKeys keys;
