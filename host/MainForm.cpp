@@ -72,12 +72,16 @@ MainForm::~MainForm()
     }
 }
 
-bool MainForm::Open(int width, int height)
+bool MainForm::Open(ui::Size size, std::optional<Point> place)
 {
-    const bool isUsable =
-        width >= kLeastWidth && height >= kLeastHeight && width <= kMostSide && height <= kMostSide;
+    const bool isUsable = size.width >= kLeastWidth && size.height >= kLeastHeight &&
+                          size.width <= kMostSide && size.height <= kMostSide;
+    const Point corner = isUsable ? place.value_or(Point()) : Point();
     ui::CSkinWndManager::GetInstance()->SetMainForm(this);
-    SetBounds(0, 0, isUsable ? width : kUsualWidth, isUsable ? height : kUsualHeight);
+    SetBounds(corner.x,
+              corner.y,
+              isUsable ? size.width : kUsualWidth,
+              isUsable ? size.height : kUsualHeight);
     return Create(ui::wndstyle::kPopup,
                   u"KivoMainForm",
                   host::GetText(u"STRID_KIVO_TITLE"),

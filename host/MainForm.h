@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace kivo::ui {
 class CSkinLabel;
@@ -43,9 +44,9 @@ public:
     MainForm(Contacts& contacts, Commands commands, ContactCommands contactCommands);
     ~MainForm() override;
 
-    // The create step; the window is hidden still. False: there is none. Sizes that no window can
-    // have give the usual one; the desktop finds the place.
-    bool Open(int width, int height);
+    // The create step; the window is hidden still. False: there is none. A size that no window can
+    // have gives the usual one; without a place the desktop finds one.
+    bool Open(ui::Size size, std::optional<Point> place);
 
     void SetOwnName(const String& name);
     void SetPagePicture(IPluginWindow* page, const String& picture); // On its tab.

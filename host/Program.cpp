@@ -21,6 +21,7 @@
 #include "host/Terminal.h"
 #include "host/Texts.h"
 #include "host/UserLanguage.h"
+#include "host/WindowMemory.h"
 #include "platform/base/PostQueue.h"
 #include "platform/ui/qt/QtDesktop.h"
 #include "shell/contracts/base/Beyond.h"
@@ -59,8 +60,6 @@ constexpr int kRestPeriodMs = 250;
 constexpr char kSettingsFile[] = "/host.ini";
 constexpr char kVolumeKey[] = "volume";
 constexpr char kMuteKey[] = "mute";
-constexpr char kWidthKey[] = "window.width";
-constexpr char kHeightKey[] = "window.height";
 
 // Ends in a separator.
 std::string FindAppFolder()
@@ -96,6 +95,7 @@ public:
 private:
     void SetUpEngine();
     void OpenForm();
+    void ShowForm();
     [[nodiscard]] MainForm::Commands MakeCommands();
     [[nodiscard]] ContactCommands MakeContactCommands();
     void ActivateSign(const String& id);
@@ -111,6 +111,7 @@ private:
     Terminal& terminal_;
     std::string appFolder_ = FindAppFolder();
     HostSettings settings_;
+    WindowMemory memory_{settings_};
     Account account_{settings_};
     Screen screen_;
     ui::qt::QtDesktop desktop_;
@@ -219,11 +220,17 @@ void Session::OpenForm()
 {
     IncludeSkin();
     desktop_.ApplySkin();
-    form_.Open(settings_.GetNumber(kWidthKey, 0), settings_.GetNumber(kHeightKey, 0));
+    form_.Open(memory_.GetSize(), memory_.GetPlace());
     desk_.SetWindow(&form_);
     contacts_.SetAccountOn(account_.IsOn());
     signs_.SetListener(&contacts_);
     pages_.SetView(&form_);
+}
+
+void Session::ShowForm()
+{
+    form_.ShowWindow(/*command=*/5);
+    memory_.RestoreMaximized(form_);
 }
 
 int Session::Run()
@@ -232,7 +239,7 @@ int Session::Run()
     if (!screen_.IsVisible())
         terminal_.PrintLine("there is no display; running without a window");
     if (screen_.IsVisible() || !options_.screenshot.empty())
-        form_.ShowWindow(/*command=*/5);
+        ShowForm();
     StartPlaying();
     TakePicture();
     // Signing in takes nothing from the start. A run for a picture needs nobody.
@@ -274,6 +281,7 @@ void Session::LoadPlugins()
         TellFailure(failure);
     desktop_.ApplySkin(); // Each plug-in has brought its own part.
     pages_.CreateAll();
+    memory_.RestorePane(form_);
     for (IPluginWindow* const page : pages_.GetAll()) {
         if (const IPlugin* const plugin = plugins_.Find(page->GetPluginId()))
             form_.SetPagePicture(page, plugin->GetIconFile());
@@ -357,6 +365,7 @@ void Session::Stop()
     }
     playback_.reset();
     terminal_.ShowStatus({});
+    memory_.Keep(form_);
     pages_.CloseAll();
     if (isAtRest)
         plugins_.Unload();
@@ -364,8 +373,6 @@ void Session::Stop()
         plugins_.UnloadInPlace();
     signs_.SetListener(nullptr);
     pages_.SetView(nullptr);
-    settings_.SetNumber(kWidthKey, form_.GetWidth());
-    settings_.SetNumber(kHeightKey, form_.GetHeight());
     settings_.Save();
     TellFailedWrites();
     if (isAtRest)

@@ -226,6 +226,7 @@ int TuneHiveWindow::SetPaneMode(int mode)
         splitter_->SetBarVisible(1);
         splitter_->SetPaneVisible(kLowerPane, 1);
         splitter_->SetFixedPane(kLowerPane);
+        splitter_->RePositionSubControls(); // While it was hidden its height was of another day.
         if (splitter_->GetPane(kLowerPane)->GetHeight() < kPaneHeight)
             splitter_->SetFixedPaneSize(kPaneHeight);
     } else {

@@ -106,7 +106,7 @@ protected:
     {
         auto& skin = *ui::CSkinManager::GetInstance();
         EXPECT_EQ(skin.IncludeSkinBuildFile(KIVO_HOST_BUILD_FILE), 1);
-        EXPECT_TRUE(form_.Open(0, 0));
+        EXPECT_TRUE(form_.Open({}, {}));
         EXPECT_EQ(skin.TakeBuildFaults(), std::vector<String>());
         network_.SetListener(&contacts_);
         pages_.SetView(&form_);
