@@ -92,16 +92,6 @@ void Account::SetTitleOnly(bool titleOnly)
     settings_.SetNumber(kTitleOnly, titleOnly ? 1 : 0);
 }
 
-bool IsSignId(StringView text)
-{
-    const std::size_t at = text.find(u'@');
-    if (at == StringView::npos)
-        return false;
-    const StringView name = text.substr(0, at);
-    return IsPart(name) && name.find_first_of(kNotInNames) == StringView::npos &&
-           IsServerName(text.substr(at + 1));
-}
-
 bool IsServerName(StringView text)
 {
     // Colons are those of a number; a port has its own field.

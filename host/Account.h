@@ -31,9 +31,6 @@ private:
     HostSettings& settings_;
 };
 
-// Whether a text without blanks at its ends is an address: "name@server", without a resource.
-[[nodiscard]] bool IsSignId(StringView text);
-
 // Whether it is the name or number of a server, without a port.
 [[nodiscard]] bool IsServerName(StringView text);
 

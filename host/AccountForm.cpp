@@ -1,6 +1,7 @@
 #include "host/AccountForm.h"
 
 #include "host/Account.h"
+#include "host/sign/SignText.h"
 #include "host/Texts.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SWColorEdit.h"
@@ -77,7 +78,7 @@ void AccountForm::ShowMore()
 
 bool AccountForm::CheckAddress(const String& address)
 {
-    const bool isRight = IsSignId(address);
+    const bool isRight = !address.empty();
     ShowError(u"AddressError", isRight ? String() : host::GetText(u"STRID_KIVO_ADDRESS_WRONG"));
     if (!isRight)
         FocusObject(FindControlRecusive(u"AddressInput"));
@@ -112,7 +113,7 @@ bool AccountForm::CheckServer(const String& server, const String& port)
 
 bool AccountForm::Accept()
 {
-    const String address = GetField(u"AddressInput");
+    const String address = NormalizeSignId(GetField(u"AddressInput"));
     const String server = GetField(u"ServerInput");
     const String port = GetField(u"PortInput");
     const CSkinObject* const password = FindControlRecusive(u"PasswordInput");

@@ -1,6 +1,6 @@
 #include "host/AddContactForm.h"
 
-#include "host/Account.h"
+#include "host/sign/SignText.h"
 #include "host/Texts.h"
 #include "shell/contracts/ui/SWColorEdit.h"
 
@@ -29,9 +29,9 @@ void AddContactForm::Fill()
 
 bool AddContactForm::Accept()
 {
-    id_ = GetField(u"AddressInput");
+    id_ = NormalizeSignId(GetField(u"AddressInput"));
     String wrong;
-    if (!IsSignId(id_))
+    if (id_.empty())
         wrong = host::GetText(u"STRID_KIVO_ADDRESS_WRONG");
     else if (id_ == ownId_)
         wrong = host::GetText(u"STRID_KIVO_ADDRESS_OWN");

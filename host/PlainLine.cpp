@@ -1,6 +1,6 @@
 #include "host/PlainLine.h"
 
-#include "shell/contracts/common/Text.h"
+#include "host/sign/SignText.h"
 
 #include <QChar>
 
@@ -11,19 +11,6 @@ namespace {
 constexpr int kMostMarks = 4;
 constexpr char16_t kEllipsis = u'…';
 
-bool IsBlank(QChar unit)
-{
-    return unit.isSpace() || unit.category() == QChar::Other_Control;
-}
-
-// Direction marks, and what has no width and no meaning. Joiners stay: scripts need them.
-bool IsTrick(char16_t unit)
-{
-    return unit == 0x00AD || unit == 0x061C || unit == 0x180E || unit == 0x200B || unit == 0x200E ||
-           unit == 0x200F || (unit >= 0x202A && unit <= 0x202E) ||
-           (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF;
-}
-
 bool IsMark(QChar unit)
 {
     return unit.category() == QChar::Mark_NonSpacing || unit.category() == QChar::Mark_Enclosing;
@@ -33,27 +20,14 @@ bool IsMark(QChar unit)
 
 String ToPlainLine(StringView text, std::size_t longest)
 {
+    // What is far beyond the length is never seen; the rest of an endless text isn't read.
+    const String clean = CleanSignText(text.substr(0, 16 * (longest + 1)), 8 * (longest + 1));
     String line;
     int marks = 0;
-    bool isBlankDue = false;
-    // What is beyond some times the length is never seen; the rest of an endless text isn't read.
-    for (const char16_t unit : common::ToDisplayText(text.substr(0, 16 * (longest + 1)))) {
-        const QChar character(unit);
-        if (IsBlank(character)) {
-            isBlankDue = !line.empty();
-            continue;
-        }
-        if (IsTrick(unit))
-            continue;
-        marks = IsMark(character) ? marks + 1 : 0;
-        if (marks > kMostMarks)
-            continue;
-        if (isBlankDue)
-            line += u' ';
-        isBlankDue = false;
-        line += unit;
-        if (line.size() > longest)
-            break;
+    for (const char16_t unit : clean) {
+        marks = IsMark(unit) ? marks + 1 : 0;
+        if (marks <= kMostMarks)
+            line += unit;
     }
     if (line.size() <= longest)
         return line;

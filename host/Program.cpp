@@ -16,7 +16,8 @@
 #include "host/Screen.h"
 #include "host/Screenshot.h"
 #include "host/Services.h"
-#include "host/sign/LocalSignNetwork.h"
+#include "host/sign/MakeSignNetwork.h"
+#include "host/sign/SecretStore.h"
 #include "host/StopSignals.h"
 #include "host/Terminal.h"
 #include "host/Texts.h"
@@ -116,7 +117,7 @@ private:
     Screen screen_;
     ui::qt::QtDesktop desktop_;
     EventLoop loop_;
-    LocalSignNetwork signs_;
+    std::unique_ptr<ISignNetwork> signs_;
     Contacts contacts_;
     std::unique_ptr<IMessages> messages_;
     Pages pages_;
@@ -140,11 +141,11 @@ Session::Session(const Options& options, const std::string& profile, Terminal& t
     : options_(options)
     , terminal_(terminal)
     , settings_(profile + kSettingsFile)
-    , signs_(common::PathToText(GetLocalUserName()))
+    , signs_(MakeSignNetwork(common::PathToText(GetLocalUserName()), MakeSecretStore()))
     , messages_(screen_.IsVisible() ? MakeBoxMessages() : MakeTerminalMessages(terminal))
-    , services_({settings_, account_, signs_, *messages_, pages_},
+    , services_({settings_, account_, *signs_, *messages_, pages_},
                 common::PathToText(profile + "/"))
-    , desk_({signs_, account_, contacts_, services_})
+    , desk_({*signs_, account_, contacts_, services_})
     , form_(contacts_, MakeCommands(), MakeContactCommands())
     , keys_([this] { return plugins_.GetRemote(); })
     , signals_([this] { Leave(kDone); })
@@ -223,7 +224,7 @@ void Session::OpenForm()
     form_.Open(memory_.GetSize(), memory_.GetPlace());
     desk_.SetWindow(&form_);
     contacts_.SetAccountOn(account_.IsOn());
-    signs_.SetListener(&contacts_);
+    signs_->SetListener(&contacts_);
     pages_.SetView(&form_);
 }
 
@@ -371,7 +372,7 @@ void Session::Stop()
         plugins_.Unload();
     else
         plugins_.UnloadInPlace();
-    signs_.SetListener(nullptr);
+    signs_->SetListener(nullptr);
     pages_.SetView(nullptr);
     settings_.Save();
     TellFailedWrites();

@@ -45,6 +45,13 @@ Widget& FindNamed(QWidget& below, const QString& name)
     throw std::runtime_error("nothing is called " + name.toStdString());
 }
 
+struct Ender {
+    Ender() = default;
+    Ender(const Ender&) = delete;
+    Ender& operator=(const Ender&) = delete;
+    ~Ender() { ui::CSkinWndManager::GetInstance()->InterruptAllModalForms(); }
+};
+
 } // namespace
 
 class Stage::NoMessages final : public IMessages {
@@ -233,13 +240,17 @@ void Stage::InModal(std::function<void(QWidget& form)> act)
     QTimer::singleShot(0, [act = std::move(act)] {
         QWidget* const form = QApplication::activeModalWidget();
         ASSERT_NE(form, nullptr) << "no form opened";
+        const Ender ender; // Whatever happens: an open form would wait for ever.
         ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+        ASSERT_TRUE(QTest::qWaitFor([form] {
+            const QWidget* const focused = QApplication::focusWidget();
+            return focused != nullptr && form->isAncestorOf(focused);
+        }));
         try {
             act(*form);
         } catch (const std::runtime_error& error) {
             ADD_FAILURE() << error.what();
         }
-        ui::CSkinWndManager::GetInstance()->InterruptAllModalForms();
     });
 }
 
