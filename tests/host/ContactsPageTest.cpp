@@ -42,7 +42,7 @@ protected:
         auto& skin = *ui::CSkinManager::GetInstance();
         EXPECT_EQ(skin.IncludeSkinBuildFile(KIVO_HOST_BUILD_FILE), 1);
         ui::GetNullPeerFactory().SetUnscripted([](const char* what) { ADD_FAILURE() << what; });
-        EXPECT_TRUE(form_.Open(340, 680));
+        EXPECT_TRUE(form_.Open({340, 680}, std::nullopt));
         form_.ShowWindow(/*command=*/5);
         network_.SetListener(&contacts_);
         network_.log.clear();

@@ -115,7 +115,7 @@ void Stage::Open(int width, int height)
     desk_ =
         std::make_unique<ContactDesk>(ContactDesk::Parts{network, account, contacts, *services_});
     form_ = std::make_unique<MainForm>(contacts, MakeCommands(), MakeContactCommands());
-    form_->Open(width, height);
+    form_->Open({width, height}, std::nullopt);
     desk_->SetWindow(form_.get());
     contacts.SetAccountOn(account.IsOn());
     network.SetListener(&contacts);
@@ -237,9 +237,13 @@ QLineEdit& Stage::GetField(QWidget& below, const QString& name)
 
 void Stage::InModal(std::function<void(QWidget& form)> act)
 {
-    QTimer::singleShot(0, [act = std::move(act)] {
+    auto* const timer = new QTimer(QCoreApplication::instance());
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
         QWidget* const form = QApplication::activeModalWidget();
-        ASSERT_NE(form, nullptr) << "no form opened";
+        if (form == nullptr)
+            return; // Not yet.
+        timer->stop();
+        timer->deleteLater();
         const Ender ender; // Whatever happens: an open form would wait for ever.
         ASSERT_TRUE(QTest::qWaitForWindowActive(form));
         ASSERT_TRUE(QTest::qWaitFor([form] {
@@ -252,6 +256,7 @@ void Stage::InModal(std::function<void(QWidget& form)> act)
             ADD_FAILURE() << error.what();
         }
     });
+    timer->start(0);
 }
 
 void Stage::Settle()
