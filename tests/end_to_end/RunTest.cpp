@@ -46,6 +46,25 @@ TEST_F(RunTest, ASecondRunOnOneProfileSaysSo)
     EXPECT_EQ(first.WaitForEnd(10), 0);
 }
 
+// The bytes are read, kept in the group and the library, found there by the next run, and played.
+TEST_F(RunTest, APathThatIsNoUtf8IsImportedKeptAndPlayed)
+{
+    media_.Get().Write("m\xFF/x", "");
+    fs::rename(media_.Make("a.wav", 0.2), media_.GetPath("m\xFF/t\xE9.wav"));
+    for (const char* const run : {"first", "second"}) {
+        SCOPED_TRACE(run);
+        KivoRun kivo({"--profile", GetProfile(), "--quit-at-end", media_.GetPath("m\xFF")});
+        EXPECT_EQ(kivo.WaitForEnd(20), 0) << kivo.GetErrors();
+        int files = 0;
+        for (const std::string& name : media_.Get().List()) {
+            const std::string bytes = media_.Get().Read(name);
+            const std::size_t at = bytes.find("m\xED\xB3\xBF/t\xED\xB3\xA9.wav\"");
+            files += name.starts_with("p/") && at != std::string::npos ? 1 : 0;
+        }
+        EXPECT_EQ(files, 2) << "the group's file and the library's";
+    }
+}
+
 TEST_F(RunTest, WrongUseIsOneLineAndStatusTwo)
 {
     for (const char* const argument : {"--loud", "/no/such/file.mp3", "--profile", "edl://x"}) {

@@ -118,6 +118,34 @@ TEST(AttributeModules, LibavformatIsLoadedForTheFirstFileThatNeedsIt)
     EXPECT_EXIT(ReadAndEnd("video.avi"), testing::ExitedWithCode(3), "");
 }
 
+TEST(AttributeTexts, OfNoDeclaredCodingAreReadAsTheUsersLanguageHasThem)
+{
+    struct Row {
+        const char* language;
+        int codePage;
+        const char16_t* text;
+    };
+    constexpr Row kRows[] = {
+        {"zh_CN", 936,  u"春江花月夜"},
+        {"zh_TW", 950,  u"春江花月夜"},
+        {"ja_JP", 932,  u"さくらの歌"},
+        {"ko_KR", 949,  u"아리랑"      },
+        {"ru_RU", 1251, u"Калинка" },
+    };
+    PrepareMediaFiles();
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(row.language);
+        common::SetLegacyCodePage(row.codePage);
+        const Released<IWMMetadataEditor> editor(WMCreateEditor());
+        editor->Open(FilePath("legacy_v1_" + std::to_string(row.codePage) + ".mp3"));
+        EXPECT_EQ(TextOf(editor->QueryHeaderInfo(), u"Title"), row.text);
+        EXPECT_EQ(TextOf(editor->QueryHeaderInfo(), u"Description"), row.text);
+        editor->Open(FilePath("legacy_v2_" + std::to_string(row.codePage) + ".mp3"));
+        EXPECT_EQ(TextOf(editor->QueryHeaderInfo(), u"Title"), row.text);
+    }
+    PrepareMediaFiles();
+}
+
 TEST(AttributeRates, AreBitsPerSecond)
 {
     PrepareMediaFiles();

@@ -82,6 +82,10 @@ def odd():
     gbk_title, gbk_comment = "\u6625\u6c5f\u82b1\u6708\u591c".encode("gbk"), "\u53e4\u7b5d\u72ec\u594f\u66f2".encode("gbk")
     write("gbk_id3v1.mp3", sound + id3v1(gbk_title, gbk_title, b"", gbk_comment))
     write("gbk_id3v2.mp3", id3v2([frame("TIT2", b"\0" + gbk_title)]) + sound)
+    for page, text in ((936, "春江花月夜"), (950, "春江花月夜"), (932, "さくらの歌"), (949, "아리랑"), (1251, "Калинка")):
+        title = text.encode(f"cp{page}")
+        write(f"legacy_v1_{page}.mp3", sound + id3v1(title, b"", b"", title))
+        write(f"legacy_v2_{page}.mp3", id3v2([frame("TIT2", b"\0" + title)]) + sound)
     write("utf8_id3v1.mp3", sound + id3v1("\u6625\u6c5f".encode("utf-8")))
     normal = b"\0eng" + b"iTunNORM\0" + b" 00000A2C 00000A2C"
     write("machine_comment.mp3", id3v2([frame("COMM", normal), frame("COMM", b"\0eng\0by hand")]) + sound)
