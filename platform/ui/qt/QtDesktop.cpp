@@ -20,6 +20,9 @@
 #include <QLocale>
 #include <QToolTip>
 
+#include <algorithm>
+#include <cmath>
+
 namespace kivo::ui::qt {
 
 namespace {
@@ -48,6 +51,30 @@ QPalette MakeContrastPalette(bool dark)
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, dark ? QColor(0xA0A0A0) : QColor(0x606060));
     return palette;
+}
+
+// The contrast of two colours by WCAG 2: 1 to 21.
+double GetContrast(const QColor& one, const QColor& other)
+{
+    const auto luminance = [](const QColor& colour) {
+        const auto part = [](double value) {
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
+               0.0722 * part(colour.blueF());
+    };
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+// Without a platform theme the palette is Qt's own, which knows nothing of the wish.
+bool IsHighInContrast(const QPalette& palette)
+{
+    constexpr double kEnough = 7.0;
+    return GetContrast(palette.color(QPalette::WindowText), palette.color(QPalette::Window)) >=
+               kEnough &&
+           GetContrast(palette.color(QPalette::HighlightedText),
+                       palette.color(QPalette::Highlight)) >= kEnough;
 }
 
 bool IsLanguageRightToLeft()
@@ -87,8 +114,8 @@ struct QtDesktop::Impl : QObject {
         DropPictures();
         ForgetWidths();
         QGuiApplication::setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
-        QApplication::setPalette(MakePalette(
-            contrast && darkPalette != dark ? MakeContrastPalette(dark) : desktopPalette));
+        const bool isOwn = contrast && (darkPalette != dark || !IsHighInContrast(desktopPalette));
+        QApplication::setPalette(MakePalette(isOwn ? MakeContrastPalette(dark) : desktopPalette));
         QPalette tip = QApplication::palette();
         tip.setColor(QPalette::ToolTipBase, GetToken(u"tip"));
         tip.setColor(QPalette::ToolTipText, GetToken(u"ontip"));
