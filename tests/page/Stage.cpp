@@ -10,6 +10,7 @@
 #include "host/Pages.h"
 #include "host/PlayerKeys.h"
 #include "host/Plugins.h"
+#include "host/QtText.h"
 #include "host/Services.h"
 #include "host/sign/LocalSignNetwork.h"
 #include "host/Texts.h"
@@ -153,7 +154,7 @@ struct Stage::Impl {
             skin.IncludeSkinFile(ComposePath(file, {app}));
         skin.IncludeSkinBuildFile(ComposePath(u"%sskin\\host_build.xml", {app}));
         desktop.ApplySkin();
-        form.Open(width, height);
+        form.Open({width, height}, std::nullopt);
         form.SetOwnName(signs.GetOwnId());
         desk.SetWindow(&form);
         contacts.SetAccountOn(account.IsOn());
@@ -240,7 +241,12 @@ QWidget& Stage::GetWindow() const
 
 QTreeView& Stage::GetTree() const
 {
-    return *impl_->window->findChild<QTreeView*>();
+    const QString name = host::ToQString(host::GetText(u"STRID_TUNEHIVE_NAME_TREE"));
+    for (QTreeView* const tree : impl_->window->findChildren<QTreeView*>()) {
+        if (tree->accessibleName() == name)
+            return *tree;
+    }
+    throw std::runtime_error("the page has no tree");
 }
 
 ITuneHiveRemote& Stage::GetRemote() const
