@@ -50,7 +50,7 @@ void AccountForm::Fill()
     if (hasKept_)
         SetControlText(u"PasswordLabel", host::GetText(u"STRID_KIVO_PASSWORD_KEPT"));
     for (const char16_t* const error : {u"AddressError", u"PasswordError", u"ServerError"})
-        ShowControl(error, false);
+        ShowControl(error, /*isShown=*/false);
     const bool showsMore = !account.server.empty() || account.port > 0;
     ShowControl(u"MorePanel", showsMore);
     ShowControl(u"MoreBtn", !showsMore);
@@ -70,8 +70,8 @@ void AccountForm::OnButton(CSkinObject& button)
 
 void AccountForm::ShowMore()
 {
-    ShowControl(u"MorePanel", true);
-    ShowControl(u"MoreBtn", false);
+    ShowControl(u"MorePanel", /*isShown=*/true);
+    ShowControl(u"MoreBtn", /*isShown=*/false);
     GrowToContent();
     FocusObject(FindControlRecusive(u"ServerInput"));
 }

@@ -23,7 +23,7 @@ AddContactForm::AddContactForm(String ownId)
 void AddContactForm::Fill()
 {
     ui::CSWColorEdit* const input = MakeEdit(u"AddressInput", String(), kLongestAddress);
-    ShowControl(u"AddressError", false);
+    ShowControl(u"AddressError", /*isShown=*/false);
     FocusObject(input);
 }
 

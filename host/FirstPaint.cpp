@@ -9,15 +9,9 @@
 
 namespace kivo::host {
 
-namespace {
-
-constexpr int kLongestMs = 2000; // No window shows: there is no display, or it starts minimised.
-
-} // namespace
-
 class FirstPaint::Filter final : public QObject {
 public:
-    explicit Filter(std::function<void()> run)
+    Filter(std::function<void()> run, int longestMs)
         : run_(std::move(run))
     {
         timer_.setSingleShot(true);
@@ -25,7 +19,7 @@ public:
             QCoreApplication::instance()->removeEventFilter(this);
             run_();
         });
-        timer_.start(kLongestMs);
+        timer_.start(longestMs);
         QCoreApplication::instance()->installEventFilter(this);
     }
 
@@ -47,8 +41,8 @@ private:
     QTimer timer_;
 };
 
-FirstPaint::FirstPaint(std::function<void()> run)
-    : filter_(std::make_unique<Filter>(std::move(run)))
+FirstPaint::FirstPaint(std::function<void()> run, int longestMs)
+    : filter_(std::make_unique<Filter>(std::move(run), longestMs))
 {
 }
 

@@ -6,10 +6,11 @@
 namespace kivo::host {
 
 // Runs something once, after a window of the program has shown its first picture, so that it takes
-// nothing from the start. Where no window shows it runs a little later. Thread: user interface.
+// nothing from the start. Where none shows, without a display or minimised, it runs once
+// `longestMs` milliseconds have passed. Thread: user interface.
 class FirstPaint {
 public:
-    explicit FirstPaint(std::function<void()> run);
+    explicit FirstPaint(std::function<void()> run, int longestMs = 2000);
     FirstPaint(const FirstPaint&) = delete;
     FirstPaint& operator=(const FirstPaint&) = delete;
     ~FirstPaint(); // What hasn't run doesn't any more.

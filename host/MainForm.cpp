@@ -245,7 +245,10 @@ void MainForm::AddSignEntries(ui::IMenu& menu, const ui::MenuDelegate& chosen) c
         /*isEnabled=*/true,
         /*isChecked=*/false);
     if (isAccountOn)
-        add(host::GetText(u"STRID_KIVO_SIGNOUT"), kSignOut, /*isEnabled=*/true, false);
+        add(host::GetText(u"STRID_KIVO_SIGNOUT"),
+            kSignOut,
+            /*isEnabled=*/true,
+            /*isChecked=*/false);
 }
 
 void MainForm::OnMenuCommand(ui::IMenu* entry)

@@ -25,7 +25,7 @@ void PasswordForm::Fill()
         u"PasswordText",
         common::FormatText(host::GetText(u"STRID_KIVO_PASSWORD_FOR"), {ToPlainLine(address_, 80)}));
     ui::CSWColorEdit* const input = MakeEdit(u"PasswordInput", String(), kLongestPassword);
-    ShowControl(u"PasswordError", false);
+    ShowControl(u"PasswordError", /*isShown=*/false);
     SetTick(u"KeepBox", isToBeKept_);
     FocusObject(input);
 }

@@ -243,9 +243,7 @@ int Session::Run()
         ShowForm();
     StartPlaying();
     TakePicture();
-    // Signing in takes nothing from the start. A run for a picture needs nobody.
-    if (options_.screenshot.empty())
-        firstPaint_.emplace([this] { desk_.SignIn(); });
+    firstPaint_.emplace([this] { desk_.SignIn(); }); // Signing in takes nothing from the start.
     if (!status_)
         QApplication::exec();
     Stop();

@@ -1,6 +1,6 @@
 // From the start of the process to the first frame on the screen: the program with an empty profile
-// against a program with an empty window, and one with a single word in it, turn by turn; on an X
-// display of its own and off-screen.
+// and one with an account, against a program with an empty window, and one with a single word in
+// it, turn by turn; on an X display of its own and off-screen.
 
 #include "tests/support/first_frame/FirstFrame.h"
 #include "tests/support/TempFolder.h"
@@ -41,6 +41,18 @@ test::FirstFrame StartPlayer(const std::string& display)
         display, KIVO_PROGRAM, {"--profile", path("profile"), "--screenshot", path("never.png")});
 }
 
+// With an account on a server that isn't there: the program signs in once its window has been seen.
+test::FirstFrame StartAccount(const std::string& display)
+{
+    const test::TempFolder home;
+    const auto path = [&home](const char* name) { return (home.GetNative() / name).native(); };
+    home.Write("profile/host.ini",
+               "account.on=1\naccount.address=ann@example.invalid\naccount.server=127.0.0.1\n"
+               "account.port=1\n");
+    return test::MeasureFirstFrame(
+        display, KIVO_PROGRAM, {"--profile", path("profile"), "--screenshot", path("never.png")});
+}
+
 double GetMedian(const Program& program, double test::FirstFrame::*number)
 {
     std::vector<double> numbers;
@@ -77,9 +89,10 @@ void PrintFigures(const std::string& place,
 bool Compare(const std::string& place, const std::string& display)
 {
     std::vector<Program> programs = {
-        {"player", StartPlayer, {}},
-        {"empty",  StartEmpty,  {}},
-        {"word",   StartWord,   {}},
+        {"player",  StartPlayer,  {}},
+        {"account", StartAccount, {}},
+        {"empty",   StartEmpty,   {}},
+        {"word",    StartWord,    {}},
     };
     bool isWhole = StartPlayer(display).milliseconds >= 0; // Warms the disk's cache.
     for (int turn = 0; turn < kTurns && isWhole; ++turn)
