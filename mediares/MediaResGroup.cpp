@@ -77,21 +77,15 @@ void MediaResGroup::WriteItems(const std::vector<String>& sids, const WriteItem&
 {
     std::string path;
     std::string name;
-    Items::const_iterator item = items_.begin();
     for (const String& sid : sids) {
-        // Most tracks stand where they were added, behind the one before.
-        const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
-        if (item == items_.end() || item->first != track)
-            item = items_.find(track);
-        if (item == items_.end())
+        const Item* const item = items_.Find(sid);
+        if (item == nullptr)
             continue;
-        if (const MediaInfo* const whole = item->second.whole.get())
-            write(common::CString_to_utf8(GetInfoText(*whole, kItemPath)),
-                  common::CString_to_utf8(GetInfoText(*whole, kItemName)));
+        if (item->whole != nullptr)
+            write(common::CString_to_utf8(GetInfoText(*item->whole, kItemPath)),
+                  common::CString_to_utf8(GetInfoText(*item->whole, kItemName)));
         else
-            write(ItemPathIndex::GetPath(item->second.path).ToUtf8(path),
-                  item->second.name.ToUtf8(name));
-        ++item;
+            write(ItemPathIndex::GetPath(item->path).ToUtf8(path), item->name.ToUtf8(name));
     }
 }
 
@@ -106,12 +100,11 @@ String MediaResGroup::AddItem(MediaInfo item)
 
 void MediaResGroup::RemoveItem(const String& sid)
 {
-    const Item* const item = IsEditable() != 0 ? FindItem(sid) : nullptr;
+    const Item* const item = IsEditable() != 0 ? items_.Find(sid) : nullptr;
     if (item == nullptr)
         return;
-    const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
-    index_.Remove(track, item->path);
-    items_.erase(track);
+    index_.Remove(SIDGenerator::ToNumber(sid).value_or(0), item->path);
+    items_.Remove(sid);
 }
 
 void MediaResGroup::Clear()
@@ -133,7 +126,7 @@ void MediaResGroup::GetItemMediaInfo(const String& sid, MediaInfo& info)
 
 int MediaResGroup::GetItem(const String& sid, MediaInfo& item)
 {
-    const Item* const found = FindItem(sid);
+    const Item* const found = items_.Find(sid);
     if (found == nullptr)
         return 0;
     item = MakeRecord(*found);
@@ -142,7 +135,7 @@ int MediaResGroup::GetItem(const String& sid, MediaInfo& item)
 
 int MediaResGroup::SetItem(const String& sid, const MediaInfo& item)
 {
-    Item* const found = FindItem(sid);
+    Item* const found = items_.Find(sid);
     if (found == nullptr)
         return 0;
     SetRecord(*found, item);
@@ -158,18 +151,9 @@ void MediaResGroup::FindItems(const String& path, std::set<String>& sids)
 MediaResGroup::Item& MediaResGroup::Insert(StringView path, String& sid)
 {
     sid = idGenerator_.Next();
-    const std::uint64_t track = SIDGenerator::ToNumber(sid).value_or(0);
-    // SIDs come in ascending order.
-    Item& item = items_.emplace_hint(items_.end(), track, Item())->second;
-    item.path = index_.Add(track, path);
+    Item& item = items_.Add(sid, Item());
+    item.path = index_.Add(SIDGenerator::ToNumber(sid).value_or(0), path);
     return item;
-}
-
-MediaResGroup::Item* MediaResGroup::FindItem(const String& sid)
-{
-    const auto track = SIDGenerator::ToNumber(sid);
-    const auto found = track ? items_.find(*track) : items_.end();
-    return found != items_.end() ? &found->second : nullptr;
 }
 
 void MediaResGroup::SetRecord(Item& item, const MediaInfo& record)
@@ -196,7 +180,7 @@ MediaInfo MediaResGroup::MakeRecord(const Item& item)
 
 void MediaResGroup::DropAll()
 {
-    items_.clear();
+    items_.Clear();
     index_.Clear();
 }
 

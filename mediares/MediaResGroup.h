@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mediares/BySid.h"
 #include "mediares/IMediaResGroup.h"
 #include "mediares/ItemFile.h"
 #include "mediares/ItemPathIndex.h"
@@ -7,7 +8,6 @@
 #include "mediares/SIDGenerator.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 
 namespace kivo::tunehive {
@@ -46,10 +46,7 @@ private:
         std::unique_ptr<MediaInfo> whole; // A record that is more than that path and a name.
     };
 
-    using Items = std::map<std::uint64_t, Item>; // By the number of the SID, which is its order.
-
     Item& Insert(StringView path, String& sid);
-    [[nodiscard]] Item* FindItem(const String& sid);
     void WriteItems(const std::vector<String>& sids, const WriteItem& write);
     static void SetRecord(Item& item, const MediaInfo& record);
     [[nodiscard]] static MediaInfo MakeRecord(const Item& item);
@@ -59,7 +56,7 @@ private:
     const String path_;
     CGroupInfo* const names_;
     SIDGenerator idGenerator_;
-    Items items_;
+    BySid<Item> items_;
     ItemPathIndex index_;
     bool isUnread_ = false; // The file stands there and did not give its content.
 };

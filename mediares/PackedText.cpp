@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t kHeader = sizeof(std::uint32_t);
 constexpr std::uint32_t kWide = std::uint32_t{1} << 31U;
 
+// What most tracks have for a name.
+std::byte emptyBlock[kHeader] = {};
+
 std::uint32_t ReadHeader(const std::byte* block)
 {
     std::uint32_t header = 0;
@@ -54,8 +57,17 @@ bool IsPlain(std::string_view units)
 
 } // namespace
 
-PackedText::PackedText(StringView text)
+void PackedText::Free::operator()(std::byte* block) const
 {
+    if (block != emptyBlock)
+        delete[] block;
+}
+
+PackedText::PackedText(StringView text)
+    : block_(text.empty() ? emptyBlock : nullptr)
+{
+    if (text.empty())
+        return;
     text = text.substr(0, kWide - 1);
     const bool isWide =
         std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit > 0xFF; });

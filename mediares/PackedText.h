@@ -35,8 +35,12 @@ public:
     [[nodiscard]] std::string_view GetBytes() const;
 
 private:
+    struct Free {
+        void operator()(std::byte* block) const; // The block of the empty text is shared.
+    };
+
     // A word of length and width, then the units, one byte or two each.
-    std::unique_ptr<std::byte[]> block_;
+    std::unique_ptr<std::byte[], Free> block_;
 };
 
 struct PackedTextHash {

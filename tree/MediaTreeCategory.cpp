@@ -39,21 +39,6 @@ private:
 
 } // namespace
 
-std::size_t CMediaTreeCategory::SidHash::operator()(const CMediaTreeItem* row) const
-{
-    return std::hash<String>()(row->GetSID());
-}
-
-bool CMediaTreeCategory::SidEqual::operator()(const String& sid, const CMediaTreeItem* row) const
-{
-    return row->GetSID() == sid;
-}
-
-bool CMediaTreeCategory::SidEqual::operator()(const CMediaTreeItem* row, const String& sid) const
-{
-    return row->GetSID() == sid;
-}
-
 CMediaTreeCategory::CMediaTreeCategory(CMediaTree* tree, const String& id)
     : CSkinTreeItem(tree, id)
 {
@@ -84,8 +69,8 @@ CMediaTreeItem* CMediaTreeCategory::RowAt(int index) const
 
 CMediaTreeItem* CMediaTreeCategory::FindRow(const String& sid) const
 {
-    const auto found = rowsBySid_.find(sid);
-    return found != rowsBySid_.end() ? *found : nullptr;
+    CMediaTreeItem* const* const found = rowsBySid_.Find(sid);
+    return found != nullptr ? *found : nullptr;
 }
 
 CMediaTreeItem* CMediaTreeCategory::PickRow(const String& sid, int mode) const
@@ -128,7 +113,7 @@ CMediaTreeItem& CMediaTreeCategory::AppendRow(const String& sid)
 {
     auto* row = new CMediaTreeItem(&GetMediaTree(), sid);
     AddTreeNode(row);
-    rowsBySid_.insert(row);
+    rowsBySid_.Add(sid, row);
     row->BuildRow();
     return *row;
 }
@@ -140,7 +125,6 @@ void CMediaTreeCategory::FillFromGroup()
         return;
     std::vector<String> sids;
     group->Load(sids);
-    rowsBySid_.reserve(sids.size());
     for (const String& sid : sids)
         AppendRow(sid);
 }
@@ -240,7 +224,7 @@ void CMediaTreeCategory::ClearRows()
     group->Clear();
     CMediaTree& tree = GetMediaTree();
     const UpdateBracket bracket(tree);
-    rowsBySid_.clear();
+    rowsBySid_.Clear();
     for (int i = 0; i < GetChildCount(); ++i) {
         CMediaTreeItem* row = RowAt(i);
         tree.RemoveItem(tree.LocateRow(row)); // A place outside, as of a folded group, is ignored.
@@ -267,7 +251,7 @@ void CMediaTreeCategory::RemoveRows(const std::vector<String>& sids)
         CMediaTreeItem* row = FindRow(sid);
         if (row == nullptr)
             continue;
-        rowsBySid_.erase(row);
+        rowsBySid_.Remove(sid);
         rows.push_back(row);
         if (sid == current_)
             current_.clear();

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "medialib/MediaInfo.h"
+#include "mediares/BySid.h"
 #include "shell/contracts/ui/SkinTreeItem.h"
 
-#include <cstddef>
-#include <unordered_set>
 #include <vector>
 
 namespace kivo::tunehive {
@@ -78,19 +77,6 @@ public:
     int CanBeEdited() override { return 1; }
 
 private:
-    // Rows by their SID, which the row holds itself.
-    struct SidHash {
-        using is_transparent = void;
-        std::size_t operator()(const String& sid) const { return std::hash<String>()(sid); }
-        std::size_t operator()(const CMediaTreeItem* row) const;
-    };
-    struct SidEqual {
-        using is_transparent = void;
-        bool operator()(const CMediaTreeItem* a, const CMediaTreeItem* b) const { return a == b; }
-        bool operator()(const String& sid, const CMediaTreeItem* row) const;
-        bool operator()(const CMediaTreeItem* row, const String& sid) const;
-    };
-
     [[nodiscard]] CMediaTree& GetMediaTree() const;
     [[nodiscard]] IMediaResGroup* GetGroup() const;
     [[nodiscard]] IMediaResGroup* GetEditableGroup() const;
@@ -100,7 +86,7 @@ private:
     void Mark(const String& sid, bool playing);
     void GetPicture(bool expanded, String& path, ui::PictureRect& source) const;
 
-    std::unordered_set<CMediaTreeItem*, SidHash, SidEqual> rowsBySid_; // Not owned.
+    BySid<CMediaTreeItem*> rowsBySid_; // Not owned.
     String lastAdded_;
     String current_;
     String markBeforeMoves_;
