@@ -2,9 +2,11 @@
 
 #include "host/QtText.h"
 #include "host/Terminal.h"
+#include "host/Texts.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace kivo::host {
 
@@ -19,6 +21,12 @@ QMessageBox::Icon GetIcon(MessageKind kind)
     }
 }
 
+// In the program's language: Qt's own texts may be missing or follow another.
+void Name(const QMessageBox& box, QMessageBox::StandardButton button, const char16_t* id)
+{
+    box.button(button)->setText(ToQString(GetText(id)));
+}
+
 class BoxMessages : public IMessages {
 public:
     bool Show(MessageKind kind, const String& title, const String& text) override
@@ -29,10 +37,14 @@ public:
         box.setWindowTitle(ToQString(title));
         box.setText(ToQString(text));
         if (kind != MessageKind::Question) {
+            box.setStandardButtons(QMessageBox::Ok);
+            Name(box, QMessageBox::Ok, u"STRID_KIVO_OK");
             box.exec();
             return true;
         }
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        Name(box, QMessageBox::Yes, u"STRID_KIVO_YES");
+        Name(box, QMessageBox::No, u"STRID_KIVO_NO");
         box.setDefaultButton(QMessageBox::No);
         box.setEscapeButton(QMessageBox::No);
         return box.exec() == QMessageBox::Yes;

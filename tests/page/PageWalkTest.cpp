@@ -395,6 +395,24 @@ TEST_F(PageWalkTest, AFilmGoesToTheFullScreenAndBackByKeys)
     EXPECT_TRUE(Stage::WaitUntil([&] { return !isFull(); }));
 }
 
+TEST_F(PageWalkTest, BoxesAnswerInTheProgramsLanguage)
+{
+    stage_.emplace(Look{.locale = "de"}, Tones());
+    GoTo(QStringLiteral("Train"));
+    QStringList answers;
+    Then([&answers] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr)
+            return false;
+        for (const auto button : {QMessageBox::Yes, QMessageBox::No})
+            answers.append(box->button(button)->text());
+        box->reject();
+        return true;
+    });
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(answers, (QStringList{QStringLiteral("Ja"), QStringLiteral("Nein")}));
+}
+
 // The names and roles of all that a screen reader can come to below the object.
 void Collect(QAccessibleInterface* access, std::map<QString, QAccessible::Role>& found, int depth)
 {

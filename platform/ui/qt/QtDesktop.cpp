@@ -17,8 +17,10 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QToolTip>
+#include <QTranslator>
 
 #include <algorithm>
 #include <cmath>
@@ -103,6 +105,7 @@ struct QtDesktop::Impl : QObject {
     void ApplySkin()
     {
         applying = true;
+        FollowLanguage();
         CSkinManager& skin = *CSkinManager::GetInstance();
         const bool darkPalette = desktopPalette.color(QPalette::Window).lightness() < kDarkBelow;
         const bool dark = options.dark.value_or(darkPalette || wishes->IsDark());
@@ -125,7 +128,25 @@ struct QtDesktop::Impl : QObject {
         applying = false;
     }
 
+    // The texts of Qt's own dialogs, menus of fields and names of keys; English where the system
+    // has none for the language.
+    void FollowLanguage()
+    {
+        const QLocale locale(ToQt(common::CMutiLanSupport::GetInstance()->GetLangSetting()));
+        if (locale == translated)
+            return;
+        translated = locale;
+        QCoreApplication::removeTranslator(&translator);
+        if (translator.load(locale,
+                            QStringLiteral("qtbase"),
+                            QStringLiteral("_"),
+                            QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+            QCoreApplication::installTranslator(&translator);
+    }
+
     DesktopOptions options;
+    QTranslator translator;
+    QLocale translated{QLocale::C};
     QPalette desktopPalette;
     PeerFactory factory;
     DesktopWishes* wishes = new DesktopWishes(this);
