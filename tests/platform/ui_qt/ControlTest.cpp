@@ -11,7 +11,9 @@
 
 #include <gtest/gtest.h>
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAccessible>
+#include <QApplication>
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QLineEdit>
@@ -170,6 +172,61 @@ TEST(Combox, ChoosesByKeysAndTellsOnlyTheUsersChoice)
     EXPECT_EQ(presses.Get(), 1);
     combox->ResetContent();
     EXPECT_EQ(box->count(), 0);
+}
+
+TEST(Combox, ChoosesByMouseFromItsList)
+{
+    const Desk desk;
+    CSkinForm form;
+    form.Create(wndstyle::kPopup, u"Form", u"Form", {0, 0, 300, 100}, nullptr, 0);
+    auto* combox = new CSkinCombox;
+    form.RegisterControl(combox);
+    ASSERT_EQ(combox->Create(4, {10, 10, 200, 44}, &form), 1);
+    for (const char16_t* text : {u"Playing", u"My media", u"Third"})
+        combox->AddString(text);
+    combox->SetCurSel(0);
+    form.ShowWindow(5);
+    const Presses presses(*combox);
+    auto* box = qobject_cast<QComboBox*>(WidgetOf(combox));
+    QTest::mouseClick(box, Qt::LeftButton, {}, Middle(*box));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(box->view()->window()));
+    // The list takes the first release for that of the click that opened it.
+    QTest::qWait(QApplication::doubleClickInterval() + 50);
+    const QRect third = box->view()->visualRect(box->model()->index(2, 0));
+    QTest::mouseClick(box->view()->viewport(), Qt::LeftButton, {}, third.center());
+    EXPECT_EQ(combox->GetCurSel(), 2);
+    EXPECT_EQ(presses.Get(), 1);
+    QWheelEvent wheel(Middle(*box),
+                      box->mapToGlobal(Middle(*box)),
+                      {},
+                      {0, 120},
+                      Qt::NoButton,
+                      Qt::NoModifier,
+                      Qt::NoScrollPhase,
+                      false);
+    box->clearFocus();
+    QApplication::sendEvent(box, &wheel);
+    EXPECT_EQ(combox->GetCurSel(), 2) << "a wheel over it was meant for the window";
+}
+
+TEST(Edit, TakesTheKeyboardByAClickAndAWordByTwo)
+{
+    const Desk desk;
+    CSkinForm form;
+    form.Create(wndstyle::kPopup, u"Form", u"Form", {0, 0, 300, 100}, nullptr, 0);
+    auto* edit = new CSWColorEdit;
+    form.RegisterControl(edit);
+    ASSERT_EQ(edit->Create(wndstyle::kChild | wndstyle::kVisible, {10, 10, 200, 44}, &form, 1), 1);
+    edit->SetText(u"Radio One");
+    form.ShowWindow(5);
+    auto* field = qobject_cast<QLineEdit*>(WidgetOf(edit));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(field->window()));
+    field->clearFocus();
+    QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(20, field->height() / 2));
+    EXPECT_TRUE(field->hasFocus());
+    QTest::mouseDClick(field, Qt::LeftButton, {}, QPoint(20, field->height() / 2));
+    QTest::keyClicks(field, QStringLiteral("Station"));
+    EXPECT_EQ(edit->GetText(), u"Station One");
 }
 
 struct SliderMove {

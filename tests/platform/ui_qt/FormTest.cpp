@@ -70,6 +70,16 @@ void WhenModal(const std::function<void(QWidget&)>& act)
     });
 }
 
+void ClickOn(QWidget& window, const char* name)
+{
+    for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+        if (button->text() == QLatin1String(name)) {
+            QTest::mouseClick(button, Qt::LeftButton, {}, button->rect().center());
+            return;
+        }
+    ADD_FAILURE() << "no button " << name;
+}
+
 struct FormEnd {
     const char* name;
     std::function<void(QWidget&)> act;
@@ -86,6 +96,8 @@ TEST(ModalForm, EndsAsTheUserEndsIt)
         {"Escape",
          [](QWidget& window) { QTest::keyClick(window.focusWidget(), Qt::Key_Escape); },
          0                                                                                       },
+        {"OK",          [](QWidget& window) { ClickOn(window, "OK"); },                         1},
+        {"Cancel",      [](QWidget& window) { ClickOn(window, "Cancel"); },                     0},
         {"Frame",       [](QWidget& window) { window.close(); },                                0},
         {"Interrupted",
          [](QWidget& /*window*/) { CSkinWndManager::GetInstance()->InterruptAllModalForms(); },
@@ -133,6 +145,8 @@ TEST(ModalForm, GrowsWithTheFontAndCutsNothing)
         form.ShowWindow(5);
         const int field = form.FindControlRecusive(u"URLInput")->GetHeight();
         EXPECT_GE(field, static_cast<int>(34 * (scale > 1.0 ? 1.1 : 1.0)) - 4);
+        QWidget* const error = WidgetOf(form.FindControlRecusive(u"URLErrorLabel"));
+        EXPECT_GE(error->height(), error->sizeHint().height()) << "all lines of the error";
         const CSkinObject* ok = form.FindControlRecusive(u"BtnOK");
         EXPECT_TRUE(WidgetOf(&form)->rect().contains(ToQt(ok->GetRectInForm())));
         const CSkinObject* name = form.FindControlRecusive(u"URLNameInput");
