@@ -86,7 +86,10 @@ void IncludeSkin()
 // the start; they go in the opposite one.
 class Session {
 public:
-    Session(const Options& options, const std::string& profile, Terminal& terminal);
+    Session(const Options& options,
+            const std::string& profile,
+            Terminal& terminal,
+            const Program::MakeSigns& makeSigns);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session() = default;
@@ -137,11 +140,14 @@ private:
     bool closedByUser_ = false;
 };
 
-Session::Session(const Options& options, const std::string& profile, Terminal& terminal)
+Session::Session(const Options& options,
+                 const std::string& profile,
+                 Terminal& terminal,
+                 const Program::MakeSigns& makeSigns)
     : options_(options)
     , terminal_(terminal)
     , settings_(profile + kSettingsFile)
-    , signs_(MakeSignNetwork(common::PathToText(GetLocalUserName()), MakeSecretStore()))
+    , signs_(makeSigns(common::PathToText(GetLocalUserName())))
     , messages_(screen_.IsVisible() ? MakeBoxMessages() : MakeTerminalMessages(terminal))
     , services_({settings_, account_, *signs_, *messages_, pages_},
                 common::PathToText(profile + "/"))
@@ -397,11 +403,18 @@ void Session::TellFailedWrites()
 
 struct Program::Impl {
     Options options;
+    MakeSigns makeSigns;
     Terminal terminal{STDERR_FILENO, Terminal::GetColumns(STDERR_FILENO)};
 };
 
 Program::Program(Options options)
-    : impl_(new Impl{std::move(options)})
+    : Program(std::move(options),
+              [](const String& localName) { return MakeSignNetwork(localName, MakeSecretStore()); })
+{
+}
+
+Program::Program(Options options, MakeSigns makeSigns)
+    : impl_(new Impl{std::move(options), std::move(makeSigns)})
 {
 }
 
@@ -424,7 +437,7 @@ int Program::Run()
     }
     RestoreProfile(profile);
     SetBeyond(/*on=*/true);
-    return Session(options, profile, terminal).Run();
+    return Session(options, profile, terminal, impl_->makeSigns).Run();
 }
 
 } // namespace kivo::host

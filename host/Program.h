@@ -1,7 +1,9 @@
 #pragma once
 
 #include "host/Arguments.h"
+#include "host/sign/ISignNetwork.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,7 +12,11 @@ namespace kivo::host {
 // One run of the program, from the lock on the profile to the last library. Thread: the main one.
 class Program {
 public:
-    explicit Program(Options options);
+    // Makes the network of signs for the user of that name, once the event loop is there.
+    using MakeSigns = std::function<std::unique_ptr<ISignNetwork>(const String& localName)>;
+
+    explicit Program(Options options); // With the real network and the desktop's keyring.
+    Program(Options options, MakeSigns makeSigns);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
