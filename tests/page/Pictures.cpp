@@ -13,6 +13,7 @@
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -369,11 +370,12 @@ const Scene kScenes[] = {
     {"form-combo",
      Library,                                                     [](Stage&) {
          Once([] {
-             auto* const box =
-                 qobject_cast<QComboBox*>(Stage::Find(Say(u"STRID_TUNEHIVE_FORM_GROUP")));
-             if (box != nullptr)
-                 box->showPopup();
-             return box != nullptr;
+             const QWidget* const form = QApplication::activeModalWidget();
+             auto* const box = form != nullptr ? form->findChild<QComboBox*>() : nullptr;
+             if (box == nullptr || !box->hasFocus())
+                 return false;
+             box->showPopup();
+             return true;
          });
          Choose(u"STRID_TUNEHIVE_MENU_ADD_LOCALFILE");
          Press(u"STRID_TUNEHIVE_TIP_ADD");
@@ -472,6 +474,7 @@ QImage TakePicture(const Stage& stage)
 void Take(const Look& look, const Scene& scene, const QDir& folder)
 {
     constexpr int kSettled = 1200; // Milliseconds; menus and forms are open by then.
+    constexpr int kLongestAct = 12000;
     const int width = static_cast<int>(scene.width * look.fontScale);
     Stage stage(look, scene.world(), width > 0 ? std::max(width, 280) : 0, scene.height);
     Stage::Turn(400); // The rows' lengths have come.
@@ -482,6 +485,7 @@ void Take(const Look& look, const Scene& scene, const QDir& folder)
         TakePicture(stage).save(folder.filePath(QString::fromLatin1(scene.name) + ".png"));
         isTaken = true;
         stage.CloseAllModal();
+        QTest::keyClick(stage.GetWindow().windowHandle(), Qt::Key_Escape); // Ends a drag.
     });
     // From the act on: it may wait in a loop of its own until its menu or form is closed.
     QTimer::singleShot(0, [&] {
@@ -490,10 +494,13 @@ void Take(const Look& look, const Scene& scene, const QDir& folder)
             timer.start(kSettled);
     });
     QTimer watch;
+    QElapsedTimer clock;
+    clock.start();
     QObject::connect(&watch, &QTimer::timeout, [&] {
-        if (!isTaken && !timer.isActive() &&
-            (QApplication::activePopupWidget() != nullptr ||
-             QApplication::activeModalWidget() != nullptr))
+        const bool waits = QApplication::activePopupWidget() != nullptr ||
+                           QApplication::activeModalWidget() != nullptr ||
+                           clock.elapsed() > kLongestAct; // In a drag, say.
+        if (!isTaken && !timer.isActive() && waits)
             timer.start(kSettled);
     });
     watch.start(50);

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QWheelEvent>
 
 namespace kivo::ui::qt {
@@ -141,6 +142,7 @@ public:
         : QComboBox(parent)
         , control_(&control)
     {
+        setItemDelegate(new QStyledItemDelegate(this)); // Qt's own for boxes asks no style.
         setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         connect(this, &QComboBox::activated, this, [this](int row) {
             if (control_ != nullptr)

@@ -33,6 +33,7 @@ constexpr int kThumbWidth = 8;
 constexpr int kScrollBar = 12;
 constexpr int kBox = 18;
 constexpr int kMessageIcon = 32;
+constexpr int kChoiceText = 8; // Where the text of a box's list begins, as in its field.
 
 int GrownHeight(int height, const QFontMetrics& metrics)
 {
@@ -47,6 +48,13 @@ bool LiesOnRows(const QWidget* bar)
             return area->property(kRowsProperty).toBool();
     }
     return false;
+}
+
+// The open list of a box; its entries are as high as those of a menu.
+bool IsChoiceList(const QWidget* widget)
+{
+    return widget != nullptr && widget->parentWidget() != nullptr &&
+           widget->parentWidget()->inherits("QComboBoxPrivateContainer");
 }
 
 bool HasKeyboardFocus(const QStyleOption& option)
@@ -263,7 +271,7 @@ void KivoStyle::drawPrimitive(PrimitiveElement element,
         return;
     case PE_FrameLineEdit: return; // Drawn with the panel.
     case PE_FrameFocusRect:
-        if (HasKeyboardFocus(*option))
+        if (HasKeyboardFocus(*option) && !IsChoiceList(widget))
             DrawFrame(*painter, option->rect, radius::kEntry, GetToken(u"mark"), 2.0);
         return;
     case PE_IndicatorCheckBox:
@@ -361,6 +369,12 @@ QSize KivoStyle::sizeFromContents(ContentsType type,
         return {std::max(size.width(), 72) + 2 * kRingReach,
                 GrownHeight(kButtonHeight, option->fontMetrics) + 2 * kRingReach};
     }
+    case CT_ItemViewItem: {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        return IsChoiceList(widget)
+                   ? QSize(size.width(), GrownHeight(kEntryHeight, option->fontMetrics))
+                   : size;
+    }
     case CT_LineEdit:
     case CT_ComboBox: {
         const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
@@ -379,6 +393,10 @@ int KivoStyle::pixelMetric(PixelMetric metric,
     case PM_MenuPanelWidth: return 0;
     case PM_MenuHMargin:
     case PM_MenuVMargin: return kMenuEdge;
+    case PM_FocusFrameHMargin:
+        if (IsChoiceList(widget))
+            return kChoiceText;
+        break;
     case PM_MessageBoxIconSize: return kMessageIcon;
     case PM_ScrollBarExtent: return kScrollBar;
     case PM_ScrollView_ScrollBarOverlap: return LiesOnRows(widget) ? kScrollBar : 0;
