@@ -96,7 +96,7 @@ protected:
         return false;
     }
     // Once it can be done, inside whatever loop then runs; a menu or form waits in its own.
-    static void Then(std::function<bool()> tryIt)
+    static void Then(const std::function<bool()>& tryIt)
     {
         auto* const timer = new QTimer(qApp);
         QObject::connect(timer, &QTimer::timeout, timer, [timer, tryIt, left = 150]() mutable {

@@ -33,7 +33,7 @@ protected:
     {
         static_cast<void>(tree_.release()); // The panel's.
         treePanel_.reset();
-        tree_.reset(new CMediaTree(&pickers_));
+        tree_.reset(std::make_unique<CMediaTree>(&pickers_).release());
         ui::GetNullPeerFactory().ClearScripts();
         ui::CSkinManager::GetInstance()->Clear();
         SetPlayMode(2);
