@@ -44,7 +44,8 @@ bool HasEscaped(std::string_view value)
             return true;
     }
     word = kOnes * 'a';
-    std::memcpy(&word, value.data(), value.size());
+    if (!value.empty()) // An empty view may point nowhere.
+        std::memcpy(&word, value.data(), value.size());
     return IsEscaped(word);
 }
 

@@ -249,6 +249,18 @@ TEST(XmlRecordWriter, WritesTheBytesThatADocumentSaves)
     }
 }
 
+TEST(XmlRecordWriter, AViewOfNothingIsAnEmptyValue)
+{
+    const test::TempFolder folder;
+    XmlRecordWriter writer(folder.GetPath("file"), "Root");
+    writer.Write("r",
+                 {
+                     {"v", std::string_view()}
+    });
+    ASSERT_TRUE(writer.Commit());
+    EXPECT_EQ(folder.Read("file"), kHead + "<Root>\n    <r v=\"\" />\n</Root>\n");
+}
+
 TEST(XmlRecordWriter, WhatItWritesIsReadBack)
 {
     const test::TempFolder folder;
