@@ -39,11 +39,27 @@ private:
     GError* error_ = nullptr;
 };
 
+// By default the end of the session's bus is the program's, too. Nothing: there is no bus.
+GDBusConnection* ConnectLoosely()
+{
+    Error error;
+    GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.Get());
+    if (bus != nullptr)
+        g_dbus_connection_set_exit_on_close(bus, FALSE);
+    return bus;
+}
+
 class SecretStore final : public ISecretStore {
 public:
+    SecretStore() = default;
+    SecretStore(const SecretStore&) = delete;
+    SecretStore& operator=(const SecretStore&) = delete;
+    ~SecretStore() override { g_clear_object(&bus_); }
+
     std::optional<std::string> Read(const String& address) override
     {
         Error error;
+        Connect();
         const std::string name = common::CString_to_utf8(address);
         gchar* const found = secret_password_lookup_sync(
             GetSchema(), nullptr, error.Get(), kAddress, name.c_str(), nullptr);
@@ -57,6 +73,7 @@ public:
     bool Write(const String& address, const std::string& password) override
     {
         Error error;
+        Connect();
         const std::string name = common::CString_to_utf8(address);
         const std::string label = "kivo: " + name;
         return secret_password_store_sync(GetSchema(),
@@ -73,10 +90,20 @@ public:
     void Erase(const String& address) override
     {
         Error error;
+        Connect();
         const std::string name = common::CString_to_utf8(address);
         secret_password_clear_sync(
             GetSchema(), nullptr, error.Get(), kAddress, name.c_str(), nullptr);
     }
+
+private:
+    void Connect()
+    {
+        if (bus_ == nullptr)
+            bus_ = ConnectLoosely();
+    }
+
+    GDBusConnection* bus_ = nullptr; // The one that the keyring's library uses.
 };
 
 } // namespace

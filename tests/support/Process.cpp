@@ -87,8 +87,14 @@ Process::Process(const std::vector<std::string>& command, const std::vector<std:
 Process::~Process()
 {
     Kill();
-    close(input_);
+    CloseInput();
     close(outcome_);
+}
+
+void Process::CloseInput()
+{
+    if (input_ >= 0)
+        close(std::exchange(input_, -1));
 }
 
 void Process::Say(const std::string& line) const

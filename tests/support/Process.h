@@ -21,6 +21,7 @@ public:
     ~Process();
 
     void Say(const std::string& line) const;
+    void CloseInput(); // Nothing more is said.
 
     // The next line that `isMeant` takes, those before it included in GetOutput; empty: there was
     // none in that time, or the program has ended.

@@ -7,6 +7,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <string_view>
 
 namespace kivo::test {
 
@@ -16,6 +21,29 @@ using host::SignConnection;
 using host::SignPresence;
 
 constexpr char kStream[] = "http://radio.example/stream";
+
+std::set<std::string> ListThreads()
+{
+    std::set<std::string> threads;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task"))
+        threads.insert(entry.path().native());
+    return threads;
+}
+
+// How often the threads that are new since then have waited for something.
+long CountWakeUps(const std::set<std::string>& before)
+{
+    long count = 0;
+    for (const std::string& thread : ListThreads()) {
+        std::ifstream status(thread + "/status");
+        for (std::string line; !before.contains(thread) && std::getline(status, line);) {
+            constexpr std::string_view kName = "voluntary_ctxt_switches:";
+            if (line.starts_with(kName))
+                count += std::stol(line.substr(kName.size()));
+        }
+    }
+    return count;
+}
 
 struct Network : testing::Test {
     Network()
@@ -287,6 +315,19 @@ TEST_F(Network, PresenceIsThatOfTheContact)
     EXPECT_TRUE(alice.WaitForPresence("bob", SignPresence::Busy));
     bob.Say("<presence type='unavailable'/>");
     EXPECT_TRUE(alice.WaitForPresence("bob", SignPresence::Offline));
+}
+
+TEST_F(Network, SignedInAndIdleItHardlyWakes)
+{
+    const std::set<std::string> before = ListThreads();
+    Person alice("alice");
+    ASSERT_TRUE(alice.SignIn(server));
+    RunFor(2500); // What a sign-in brings is over.
+    const long start = CountWakeUps(before);
+    RunFor(10000);
+    const long wakeUps = CountWakeUps(before) - start;
+    RecordProperty("wake_ups_in_10_s", static_cast<int>(wakeUps));
+    EXPECT_LE(wakeUps, 1);
 }
 
 TEST_F(Network, WhoeverListensNextHearsAllAgain)
