@@ -1,4 +1,7 @@
+#include "host/sign/SecretStore.h"
+#include "tests/end_to_end/Desktop.h"
 #include "tests/end_to_end/KivoRun.h"
+#include "tests/host/sign/Keyring.h"
 #include "tests/host/sign/SignServer.h"
 #include "tests/support/HttpServer.h"
 #include "tests/support/Process.h"
@@ -7,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -34,6 +38,16 @@ long GetTime(const std::string& line)
     return blank == std::string::npos ? 0 : std::stol(line.substr(blank + 1));
 }
 
+// The program's settings of somebody who is signed in.
+std::string MakeSettings(const SignServer& server, const std::string& name, bool publishes)
+{
+    const host::SignAccount account = server.GetAccount(name);
+    return "account.on=1\naccount.address=" + name + "@" + SignServer::kDomain +
+           "\naccount.server=127.0.0.1\naccount.port=" + std::to_string(account.port) +
+           "\naccount.pin=" + account.fingerprint + "\naccount.publish=" + (publishes ? "1" : "0") +
+           "\n";
+}
+
 // Somebody with the program in front of him.
 class User {
 public:
@@ -43,12 +57,7 @@ public:
          const std::vector<std::string>& arguments = {},
          bool publishes = true)
     {
-        const host::SignAccount account = server.GetAccount(name);
-        folder_.Write("host.ini",
-                      "account.on=1\naccount.address=" + name + "@" + SignServer::kDomain +
-                          "\naccount.server=127.0.0.1\naccount.port=" +
-                          std::to_string(account.port) + "\naccount.pin=" + account.fingerprint +
-                          "\naccount.publish=" + (publishes ? "1" : "0") + "\n");
+        folder_.Write("host.ini", MakeSettings(server, name, publishes));
         std::vector<std::string> command{KIVO_SIGNTEST, "--profile", folder_.GetNative().native()};
         command.insert(command.end(), arguments.begin(), arguments.end());
         process_ = std::make_unique<Process>(
@@ -217,6 +226,38 @@ TEST_F(Signs, FiftyTracksInFiveSecondsAreFewMessages)
     EXPECT_EQ(bob.WaitFor("never", "", 4000), "");
     EXPECT_LE(count() - before, 3);
     EXPECT_GE(count() - before, 1);
+}
+
+// The program itself, with its own keyring, under real mouse and keys.
+TEST_F(Signs, TheProgramPlaysNothingFromThisMachine)
+{
+    Keyring keyring;
+    ASSERT_TRUE(keyring.IsUp());
+    ASSERT_TRUE(
+        host::MakeSecretStore()->Write(SignServer::GetId("bob"), SignServer::GetPassword("bob")));
+    User alice(server, screen, "alice", {song});
+    ASSERT_NE(alice.WaitFor("sign", song), "");
+    Desktop bob;
+    ASSERT_TRUE(bob.IsUp());
+    bob.GetMedia().Get().Write("p/host.ini", MakeSettings(server, "bob", /*publishes=*/true));
+    bob.Start({}, {"DBUS_SESSION_BUS_ADDRESS=" + keyring.GetBus()});
+    bob.Click("control", "Contacts");
+    ASSERT_TRUE(WaitUntil([&] {
+        const std::vector<Seen> all = bob.Look();
+        return std::any_of(all.begin(), all.end(), [](const Seen& seen) {
+            return seen.name == "alice" && seen.value.find("plays") != std::string::npos;
+        });
+    }));
+    const std::size_t requests = web.CountRequests("/song.mp3");
+    bob.DoubleClick("group", "alice");
+    // What it says of a file on her own disk.
+    EXPECT_TRUE(WaitUntil([&] {
+        const std::vector<Seen> all = bob.Look();
+        return std::any_of(all.begin(), all.end(), [](const Seen& seen) {
+            return seen.name.find("can't be played from here") != std::string::npos;
+        });
+    }));
+    EXPECT_EQ(web.CountRequests("/song.mp3"), requests);
 }
 
 } // namespace
