@@ -42,6 +42,11 @@ void ContactDesk::SignIn()
         parts_.signs.SignIn(parts_.account.Get());
 }
 
+void ContactDesk::TryNow()
+{
+    parts_.signs.TryNow();
+}
+
 void ContactDesk::SetUpAccount()
 {
     Account& account = parts_.account;

@@ -32,8 +32,8 @@ public:
     // Who serves the account: what the user has said, else what the address says.
     [[nodiscard]] String GetServer() const;
 
-    // Signs in if the account is on; also the next try, at once.
-    void SignIn();
+    void SignIn(); // If the account is on.
+    void TryNow();
 
     void SetUpAccount();
     void SignOut(); // The account keeps its fields for the next time.

@@ -200,7 +200,7 @@ ContactCommands Session::MakeContactCommands()
     commands.setUpAccount = [this] { desk_.SetUpAccount(); };
     commands.givePassword = [this] { desk_.GivePassword(); };
     commands.judgeCertificate = [this] { desk_.JudgeCertificate(); };
-    commands.tryNow = [this] { desk_.SignIn(); };
+    commands.tryNow = [this] { desk_.TryNow(); };
     commands.getSignPicture = [this](const String& kind) {
         IPlugin* const plugin = plugins_.FindForSign(kind);
         return plugin != nullptr ? plugin->GetStateSignIconPath(kind) : String();

@@ -80,6 +80,9 @@ public:
     // server has taken it; else it is kept in memory until SignOut.
     virtual void GivePassword(const std::string& password, bool keep) = 0;
 
+    // Waiting or refused, it tries again at once, with the password that it has.
+    virtual void TryNow() = 0;
+
     // Whether the user's signs leave this machine at all, and whether with their addresses. Off at
     // first: nothing leaves.
     virtual void SetPublishing(bool publish, bool withAddress) = 0;

@@ -38,6 +38,7 @@ String LocalSignNetwork::GetOwnId() const
 void LocalSignNetwork::SignIn(const SignAccount& /*account*/) {}
 void LocalSignNetwork::SignOut() {}
 void LocalSignNetwork::GivePassword(const std::string& /*password*/, bool /*keep*/) {}
+void LocalSignNetwork::TryNow() {}
 void LocalSignNetwork::SetPublishing(bool /*publish*/, bool /*withAddress*/) {}
 void LocalSignNetwork::AddContact(const String& /*id*/) {}
 void LocalSignNetwork::AnswerContact(const String& /*id*/, bool /*yes*/) {}

@@ -84,6 +84,12 @@ void XmppClient::TrustCertificate(const std::string& fingerprint)
         BeginSoon();
 }
 
+void XmppClient::TryNow()
+{
+    if (account_ && (phase_ == Phase::Waiting || phase_ == Phase::Stopped))
+        BeginSoon();
+}
+
 void XmppClient::SetPublishing(bool publish, bool withAddress)
 {
     publishes_ = publish;

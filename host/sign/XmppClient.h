@@ -41,6 +41,7 @@ public:
     void SignIn(const SignAccount& account);
     void SignOut();
     void GivePassword(const std::string& password, bool keep);
+    void TryNow();
     void SetPublishing(bool publish, bool withAddress);
     void SetSign(const Sign& sign);
     void RemoveSign();

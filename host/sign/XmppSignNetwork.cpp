@@ -229,6 +229,11 @@ void XmppSignNetwork::GivePassword(const std::string& password, bool keep)
     impl_->Send([password, keep](XmppClient& client) { client.GivePassword(password, keep); });
 }
 
+void XmppSignNetwork::TryNow()
+{
+    impl_->Send([](XmppClient& client) { client.TryNow(); });
+}
+
 void XmppSignNetwork::SetPublishing(bool publish, bool withAddress)
 {
     impl_->publishes = publish;

@@ -24,6 +24,7 @@ public:
     void SignIn(const SignAccount& account) override;
     void SignOut() override;
     void GivePassword(const std::string& password, bool keep) override;
+    void TryNow() override;
     void SetPublishing(bool publish, bool withAddress) override;
     void SetSign(const String& kind, const String& title, const Property& sign) override;
     void RemoveSign() override;

@@ -196,6 +196,7 @@ public:
     {
         network_->GivePassword(password, keep);
     }
+    void TryNow() override { network_->TryNow(); }
     void SetPublishing(bool publish, bool withAddress) override
     {
         network_->SetPublishing(publish, withAddress);

@@ -32,6 +32,7 @@ public:
     {
         log += u"password:" + common::utf8_to_CString(password) + (keep ? u"+keep " : u" ");
     }
+    void TryNow() override { log += u"again "; }
     void SetPublishing(bool publish, bool withAddress) override
     {
         log += publish ? (withAddress ? u"publish " : u"publish:title ") : u"hide ";

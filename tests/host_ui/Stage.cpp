@@ -190,7 +190,7 @@ ContactCommands Stage::MakeContactCommands()
     commands.setUpAccount = [this] { desk_->SetUpAccount(); };
     commands.givePassword = [this] { desk_->GivePassword(); };
     commands.judgeCertificate = [this] { desk_->JudgeCertificate(); };
-    commands.tryNow = [this] { desk_->SignIn(); };
+    commands.tryNow = [this] { desk_->TryNow(); };
     commands.getSignPicture = [](const String& kind) {
         return FromUtf8(KIVO_APP_FOLDER "plugin/tunehive/skin/icon_") + kind + u".png";
     };

@@ -380,6 +380,9 @@ TEST_F(Network, AWrongPasswordIsRefusedUntilTheUserGivesAnother)
     const std::size_t states = alice.states.size();
     RunFor(2500); // Longer than the first two waits would be.
     EXPECT_EQ(alice.states.size(), states);
+    alice.Get().TryNow(); // With the password that it has.
+    ASSERT_TRUE(PollUntil([&] { return alice.states.size() >= states + 2; }, 20000));
+    EXPECT_EQ(alice.state.connection, SignConnection::Refused);
 
     alice.Get().GivePassword(SignServer::GetPassword("alice"), /*keep=*/true);
     ASSERT_TRUE(alice.WaitForState(SignConnection::Online));
