@@ -130,18 +130,25 @@ protected:
     {
         return form_.FindControlRecusive(id)->GetText();
     }
+    using Steps = std::vector<std::pair<String, String>>; // Ids, and what is typed there.
+    static void Do(const ui::CSkinForm& form, const Steps& steps)
+    {
+        for (const auto& [id, text] : steps) {
+            ui::CSkinObject* const control = form.FindControlRecusive(id);
+            auto* const edit = dynamic_cast<ui::CSWColorEdit*>(control);
+            if (edit != nullptr)
+                edit->OnPeerText(text);
+            else if (control != nullptr)
+                control->OnPeerPressed();
+            else
+                ADD_FAILURE() << "no control " << common::CString_to_utf8(id);
+        }
+    }
     // What the user does in the next form: fills fields, presses buttons.
-    static void Script(const std::vector<std::pair<String, String>>& steps)
+    static void Script(const Steps& steps)
     {
         ui::GetNullPeerFactory().QueueModal([steps](ui::CSkinForm& form) {
-            for (const auto& [id, text] : steps) {
-                ui::CSkinObject* const control = form.FindControlRecusive(id);
-                ASSERT_NE(control, nullptr) << common::CString_to_utf8(id);
-                if (auto* const edit = dynamic_cast<ui::CSWColorEdit*>(control))
-                    edit->OnPeerText(text);
-                else
-                    control->OnPeerPressed();
-            }
+            Do(form, steps);
             form.DoCancelWndModal(0); // Nothing, where a button has ended it.
         });
     }
@@ -391,13 +398,7 @@ TEST_P(AccountFormTest, LetsNothingWrongPass)
     auto steps = GetParam().steps;
     steps.emplace_back(u"BtnOK", u"");
     ui::GetNullPeerFactory().QueueModal([&](ui::CSkinForm& form) {
-        for (const auto& [id, text] : steps) {
-            ui::CSkinObject* const control = form.FindControlRecusive(id);
-            if (auto* const edit = dynamic_cast<ui::CSWColorEdit*>(control))
-                edit->OnPeerText(text);
-            else
-                control->OnPeerPressed();
-        }
+        Do(form, steps);
         for (const char16_t* const error : {u"AddressError", u"PasswordError", u"ServerError"})
             EXPECT_EQ(form.FindControlRecusive(error)->IsSetVisible(), error == GetParam().error)
                 << common::CString_to_utf8(error);

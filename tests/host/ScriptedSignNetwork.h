@@ -64,7 +64,7 @@ public:
     }
     [[nodiscard]] String GetOwnId() const override { return ownId; }
 
-    void SetState(SignConnection connection, int seconds = 0, const String& reason = {})
+    void SetState(SignConnection connection, int seconds = 0, const String& reason = {}) const
     {
         SignState state;
         state.connection = connection;
@@ -75,7 +75,8 @@ public:
             state.fingerprint = fingerprint;
         listener->OnState(state);
     }
-    void SetSignOf(const String& id, const String& kind, const String& title, const String& url)
+    void
+    SetSignOf(const String& id, const String& kind, const String& title, const String& url) const
     {
         Property sign;
         sign.SetText(0, url);
