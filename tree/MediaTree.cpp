@@ -311,7 +311,7 @@ String CMediaTree::CreateSyncedGroup()
     IMediaResManager* manager = FindMediaResManager();
     if (manager == nullptr)
         return {};
-    const String id = manager->CreateGroup(manager->GetNewGroupName());
+    String id = manager->CreateGroup(manager->GetNewGroupName());
     SyncCategories();
     if (CMediaTreeCategory* category = FindCategory(id))
         Envisible(category);
@@ -379,6 +379,7 @@ void CMediaTree::DeleteCategory(const String& group)
     EndUpdate(1);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::ClearCategory(const String& group)
 {
     if (CMediaTreeCategory* category = FindCategory(group))

@@ -144,7 +144,7 @@ void CMediaTreeCategory::SaveToGroup()
 // Adds the track and its row. Empty: the group refused it.
 String CMediaTreeCategory::AppendTrack(IMediaResGroup& group, const MediaInfo& record)
 {
-    const String sid = group.AddItem(record);
+    String sid = group.AddItem(record);
     if (sid.empty())
         return sid;
     CMediaTreeItem& row = AppendRow(sid);
@@ -347,6 +347,7 @@ void CMediaTreeCategory::ReorderRows(const std::vector<String>& sids, const Stri
     ChildrenChanged();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes a row.
 void CMediaTreeCategory::Mark(const String& sid, bool playing)
 {
     if (moves_ > 0)
@@ -359,9 +360,9 @@ void CMediaTreeCategory::PlayRow(const String& sid)
 {
     {
         const UpdateBracket bracket(GetMediaTree());
-        Mark(current_, false);
+        Mark(current_, /*playing=*/false);
         current_ = sid;
-        Mark(current_, true);
+        Mark(current_, /*playing=*/true);
     }
     const String path = GetPath(current_);
     if (path.empty())
@@ -379,11 +380,11 @@ void CMediaTreeCategory::MoveCurrent(String& path, int mode)
 {
     {
         const UpdateBracket bracket(GetMediaTree());
-        Mark(current_, false);
+        Mark(current_, /*playing=*/false);
         const CMediaTreeItem* row = PickRow(current_, mode);
         current_ = row != nullptr ? row->GetSID() : String();
         if (row != nullptr)
-            Mark(current_, true);
+            Mark(current_, /*playing=*/true);
     }
     path = GetPath(current_);
 }
@@ -401,9 +402,9 @@ void CMediaTreeCategory::EndMoves()
     const UpdateBracket bracket(GetMediaTree());
     // A mark whose track has gone stood on the first row.
     if (CMediaTreeItem* row = PickRow(markBeforeMoves_, static_cast<int>(RowMode::Same)))
-        row->SetPlaying(false);
+        row->SetPlaying(/*playing=*/false);
     if (CMediaTreeItem* row = FindRow(current_))
-        row->SetPlaying(true);
+        row->SetPlaying(/*playing=*/true);
 }
 
 void CMediaTreeCategory::CurrentPath(String& path) const

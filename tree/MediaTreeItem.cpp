@@ -307,6 +307,7 @@ void CMediaTreeItem::RunPlayCommand()
 
 // Shows a file in its folder and an address in the browser; a listen address of the music server
 // leads to the page of the song.
+// NOLINTNEXTLINE(readability-make-member-function-const): it acts for the user.
 void CMediaTreeItem::OpenTrack()
 {
     constexpr StringView kListenPath = u"/music/gpp?";

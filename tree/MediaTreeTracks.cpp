@@ -21,6 +21,7 @@ constexpr std::int32_t kStoredName = 1;
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::AddTrack(
     const String& group, const String& path, const String& name, int allowDuplicate, String& sid)
 {
@@ -34,6 +35,7 @@ void CMediaTree::AddTrack(
     }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::AddPaths(const String& group, const CStringArray& paths)
 {
     CMediaTreeCategory* category = FindCategory(group);
@@ -165,30 +167,35 @@ int CMediaTree::PlaySelectedElsewhere()
 
 // Single tracks.
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::DeleteTrack(const String& group, const String& sid)
 {
     if (CMediaTreeCategory* category = FindCategory(group))
         category->RemoveRow(sid);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::RenameTrack(const String& group, const String& sid, const String& name)
 {
     if (CMediaTreeCategory* category = FindCategory(group))
         category->RenameRow(sid, name);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::BeginRenameTrack(const String& group, const String& sid)
 {
     if (CMediaTreeCategory* category = FindCategory(group))
         category->BeginRename(sid);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::RemoveDuplicates(const String& group, const String& sid)
 {
     if (CMediaTreeCategory* category = FindCategory(group))
         category->RemoveDuplicatesOf(sid);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::CopyTrack(const String& source, const String& sid, const String& target)
 {
     const CMediaTreeCategory* from = FindCategory(source);
@@ -201,6 +208,7 @@ void CMediaTree::CopyTrack(const String& source, const String& sid, const String
     to->AddRecord(added, record, /*allowDuplicate=*/1);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what the tree shows.
 void CMediaTree::CopyGroupTracks(const String& source, const String& target)
 {
     const CMediaTreeCategory* from = FindCategory(source);

@@ -62,8 +62,9 @@ void MakeProfile(const fs::path& profile, const fs::path& music, int count)
     for (int i = 0; i < count; ++i) {
         std::string digits = std::to_string(i);
         digits.insert(0, 6 - std::min<std::size_t>(digits.size(), 6), '0');
-        paths.push_back(
-            (music / ("An Artist of the " + digits + " - The Title " + digits + ".mp3")).string());
+        std::string file = "An Artist of the ";
+        file.append(digits).append(" - The Title ").append(digits).append(".mp3");
+        paths.push_back((music / file).string());
         items << "    <Item path=\"" << paths.back() << "\" name=\"\" />\n";
         if (i < kRealFiles)
             std::ofstream(paths.back()) << "no music";

@@ -149,7 +149,7 @@ private:
     };
 
     // From the start of an act to the end of the turn that painted what came of it.
-    Times TimeToFrame(const std::function<void()>& act)
+    [[nodiscard]] Times TimeToFrame(const std::function<void()>& act) const
     {
         QCoreApplication::processEvents();
         const int before = paints_;
