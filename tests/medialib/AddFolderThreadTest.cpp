@@ -2,6 +2,7 @@
 
 #include "medialib/IMediaLibManager.h"
 #include "platform/base/PostQueue.h"
+#include "tests/medialib/Record.h"
 #include "tests/medialib/ScriptedAttributes.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -234,11 +235,7 @@ TEST_F(AddFolderThreadTest, TwoImportsRunBesideTheUserInterface)
         MediaInfo info;
         const String path = folder_.GetPath("a/" + std::to_string(100 + i) + ".wma");
         EXPECT_EQ(GetMediaLibManager()->GetMediaInfo(path, info), 1);
-        GetMediaLibManager()->UpdateMediaInfo(path,
-                                              {
-                                                  {kInfoLength, u"216"}
-        },
-                                              1);
+        GetMediaLibManager()->UpdateMediaInfo(path, Record(kInfoLength, u"216"), 1);
         Deliver();
     }
     EXPECT_EQ(window_.lists.at(0).size(), 120U);

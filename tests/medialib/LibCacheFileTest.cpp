@@ -2,6 +2,7 @@
 
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
+#include "tests/medialib/Record.h"
 #include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
 
@@ -22,9 +23,7 @@ protected:
 
     MediaInfo Lookup(const CLibCacheFile& file, const String& key)
     {
-        MediaInfo info = {
-            {99, u"miss"}
-        };
+        MediaInfo info = Record(99, u"miss");
         file.Lookup(key, info);
         return info;
     }
@@ -32,9 +31,7 @@ protected:
     test::TempFolder folder_;
 };
 
-const MediaInfo kMiss = {
-    {99, u"miss"}
-};
+const MediaInfo kMiss = Record(99, u"miss");
 
 TEST_F(LibCacheFile, SavesInTheOrderOfKeysWithOneAttributeAValue)
 {
@@ -46,14 +43,8 @@ TEST_F(LibCacheFile, SavesInTheOrderOfKeysWithOneAttributeAValue)
                    {kInfoUrl,    u"u"        }
     });
     file.Merge(u"/B.mp3", {});
-    file.Merge(u"/a.mp3",
-               {
-                   {kInfoArtist, u""}
-    });
-    file.Merge(u"",
-               {
-                   {kInfoTitle, u"nowhere"}
-    });
+    file.Merge(u"/a.mp3", Record(kInfoArtist, u""));
+    file.Merge(u"", Record(kInfoTitle, u"nowhere"));
     EXPECT_TRUE(file.Save());
     EXPECT_EQ(
         folder_.Read("lib.mlib"),
@@ -201,12 +192,18 @@ INSTANTIATE_TEST_SUITE_P(LibCacheFile,
                          testing::ValuesIn(kReadCases),
                          test::CaseName<ReadCase>);
 
-TEST_F(LibCacheFile, AMissingFileIsNotLoaded)
+TEST_F(LibCacheFile, AMissingOrEmptyFileIsNotLoaded)
 {
     CLibCacheFile file = Open();
     EXPECT_FALSE(file.Load());
     EXPECT_TRUE(file.Save()); // Nothing changed.
     EXPECT_TRUE(folder_.List().empty());
+
+    folder_.Write("lib.mlib", ""); // There is nothing to keep aside.
+    EXPECT_FALSE(file.Load());
+    file.Merge(u"k", {});
+    EXPECT_TRUE(file.Save());
+    EXPECT_EQ(folder_.List(), std::vector<std::string>{"lib.mlib"});
 }
 
 TEST_F(LibCacheFile, ALoadReplacesWhatWasThere)
@@ -224,59 +221,31 @@ TEST_F(LibCacheFile, ALoadReplacesWhatWasThere)
 TEST_F(LibCacheFile, AMergeKeepsOtherKeysAndOverwritesItsOwn)
 {
     CLibCacheFile file = Open();
-    file.Merge(u"k",
-               {
-                   {0, u"T"},
-                   {4, u"1"},
-                   {6, u"C"}
-    });
-    file.Merge(u"k",
-               {
-                   {4, u"216"}
-    });
-    file.Merge(u"k",
-               {
-                   {1, u"A"}
-    });
-    EXPECT_EQ(Lookup(file, u"k"),
-              (MediaInfo{
-                  {0, u"T"  },
-                  {1, u"A"  },
-                  {4, u"216"},
-                  {6, u"C"  }
-    }));
+    file.Merge(u"k", {});
+    EXPECT_EQ(Lookup(file, u"k"), MediaInfo()) << "an empty record makes an entry";
+    for (const auto& [key, text] : {
+             std::pair(0, u"T"), {4, u"1"  },
+               {4, u"216"},
+               {1, u"A"  }
+    })
+        file.Merge(u"k", Record(key, text));
+    file.Merge(u"k", {});
+    const MediaInfo expected = {
+        {0, u"T"  },
+        {1, u"A"  },
+        {4, u"216"}
+    };
+    EXPECT_EQ(Lookup(file, u"k"), expected);
     EXPECT_EQ(file.GetCount(), 1U);
-}
-
-TEST_F(LibCacheFile, AnEmptyMergeMakesAnEntryAndKeepsAnOldOne)
-{
-    CLibCacheFile file = Open();
-    file.Merge(u"k", {});
-    EXPECT_EQ(Lookup(file, u"k"), MediaInfo());
-    file.Merge(u"k",
-               {
-                   {0, u"T"}
-    });
-    file.Merge(u"k", {});
-    EXPECT_EQ(Lookup(file, u"k"),
-              (MediaInfo{
-                  {0, u"T"}
-    }));
 }
 
 TEST_F(LibCacheFile, KeysCompareToTheLetter)
 {
     CLibCacheFile file = Open();
-    file.Merge(u"/Music/a.mp3",
-               {
-                   {0, u"T"}
-    });
+    file.Merge(u"/Music/a.mp3", Record(0, u"T"));
     EXPECT_EQ(Lookup(file, u"/music/a.mp3"), kMiss);
     EXPECT_EQ(Lookup(file, u"/Music//a.mp3"), kMiss);
-    EXPECT_EQ(Lookup(file, u"/Music/a.mp3"),
-              (MediaInfo{
-                  {0, u"T"}
-    }));
+    EXPECT_EQ(Lookup(file, u"/Music/a.mp3"), Record(0, u"T"));
 }
 
 TEST_F(LibCacheFile, OnlyAMergeMakesASaveWrite)
@@ -301,10 +270,7 @@ TEST_F(LibCacheFile, AnOlderFormIsReadInTheUsersCodePageAndReplaced)
     CLibCacheFile file = Open();
     EXPECT_TRUE(file.Load());
     common::SetLegacyCodePage(before);
-    EXPECT_EQ(Lookup(file, u"/\u4E2D\u6587.mp3"),
-              (MediaInfo{
-                  {0, u"\u6B4C\u66F2"}
-    }));
+    EXPECT_EQ(Lookup(file, u"/\u4E2D\u6587.mp3"), Record(0, u"\u6B4C\u66F2"));
     // One form is on disk at any time.
     EXPECT_EQ(folder_.List(), std::vector<std::string>{"lib.mlib.older"});
     EXPECT_TRUE(file.Save());
@@ -340,23 +306,10 @@ TEST_F(LibCacheFile, AnUnreadableFileIsKeptAsideBeforeASaveReplacesIt)
     }
 }
 
-TEST_F(LibCacheFile, AnEmptyFileIsSimplyReplaced)
-{
-    folder_.Write("lib.mlib", "");
-    CLibCacheFile file = Open();
-    EXPECT_FALSE(file.Load());
-    file.Merge(u"k", {});
-    EXPECT_TRUE(file.Save());
-    EXPECT_EQ(folder_.List(), std::vector<std::string>{"lib.mlib"});
-}
-
 TEST_F(LibCacheFile, AFailedSaveStaysToBeDone)
 {
     CLibCacheFile file(u"lib", folder_.GetPath("gone/lib.mlib"));
-    file.Merge(u"k",
-               {
-                   {0, u"T"}
-    });
+    file.Merge(u"k", Record(0, u"T"));
     EXPECT_FALSE(file.Save());
     EXPECT_EQ(TakeFailedWrites(), std::vector<String>{folder_.GetPath("gone/lib.mlib")});
     folder_.Write("gone/other", "");

@@ -1,6 +1,7 @@
 #include "medialib/LibCache.h"
 
 #include "medialib/IMediaLibManager.h"
+#include "tests/medialib/Record.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -44,10 +45,7 @@ TEST_F(LibCache, AFirstRunMakesExactlyTheFilesThatWereMergedInto)
     EXPECT_TRUE(folder_.List().empty());
 
     cache_.Initialize(lib);
-    cache_.SetMediaInfo(u"http://host/stream",
-                        {
-                            {0, u"S"}
-    });
+    cache_.SetMediaInfo(u"http://host/stream", Record(0, u"S"));
     EXPECT_TRUE(folder_.List().empty()) << "nothing is saved before the end";
     cache_.Uninitialize();
     EXPECT_EQ(folder_.List(), std::vector<std::string>{"lib/" + kUrls});
@@ -70,41 +68,23 @@ TEST_F(LibCache, LocalPathsAndUrlsHaveAFileEach)
 TEST_F(LibCache, AMissLeavesTheRecordAlone)
 {
     cache_.Initialize(folder_.GetPath());
-    info_ = {
-        {0, u"old"}
-    };
+    info_ = Record(0, u"old");
     EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
-    EXPECT_EQ(info_,
-              (MediaInfo{
-                  {0, u"old"}
-    }));
-    cache_.SetMediaInfo(u"/a",
-                        {
-                            {1, u"A"}
-    });
+    EXPECT_EQ(info_, Record(0, u"old"));
+    cache_.SetMediaInfo(u"/a", Record(1, u"A"));
     EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
-    EXPECT_EQ(info_,
-              (MediaInfo{
-                  {1, u"A"}
-    }))
-        << "replaced whole";
+    EXPECT_EQ(info_, Record(1, u"A")) << "replaced whole";
 }
 
 TEST_F(LibCache, EntriesOutliveARun)
 {
     cache_.Initialize(folder_.GetPath());
-    cache_.SetMediaInfo(u"/gone.mp3",
-                        {
-                            {0, u"T"}
-    });
+    cache_.SetMediaInfo(u"/gone.mp3", Record(0, u"T"));
     cache_.Uninitialize();
     CLibCache next;
     next.Initialize(folder_.GetPath());
     EXPECT_TRUE(next.GetMediaInfo(u"/gone.mp3", info_));
-    EXPECT_EQ(info_,
-              (MediaInfo{
-                  {0, u"T"}
-    }));
+    EXPECT_EQ(info_, Record(0, u"T"));
 }
 
 TEST_F(LibCache, ASecondInitializeChangesNothing)
@@ -162,15 +142,9 @@ TEST_F(LibCache, ALookBehindTheLoadIsAHitOrAMiss)
     cache_.Initialize(folder_.GetPath());
     cache_.WaitUntilLoaded();
     EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Miss);
-    cache_.SetMediaInfo(u"/a",
-                        {
-                            {0, u"T"}
-    });
+    cache_.SetMediaInfo(u"/a", Record(0, u"T"));
     EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Hit);
-    EXPECT_EQ(info_,
-              (MediaInfo{
-                  {0, u"T"}
-    }));
+    EXPECT_EQ(info_, Record(0, u"T"));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "medialib/IMediaLibManager.h"
 #include "medialib/LibCache.h"
 #include "medialib/MediaLibUpdateParam.h"
+#include "tests/medialib/Record.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
 
@@ -35,10 +36,7 @@ TEST(LibCacheThreads, WhoAsksDuringTheLoadWaitsAndHits)
         asker = std::async(std::launch::async, [&cache] {
             MediaInfo info;
             return cache.GetMediaInfo(u"/music/4999.mp3", info) &&
-                   cache.SetMediaInfo(u"/music/4999.mp3",
-                                      {
-                                          {kInfoArtist, u"A"}
-            });
+                   cache.SetMediaInfo(u"/music/4999.mp3", Record(kInfoArtist, u"A"));
         });
     for (auto& asker : askers)
         EXPECT_TRUE(asker.get());

@@ -1,6 +1,7 @@
 #include "medialib/LibCache.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
+#include "tests/medialib/Record.h"
 #include "tests/support/Child.h"
 #include "tests/support/TempFolder.h"
 
@@ -31,10 +32,7 @@ void RunLibrary(const String& folder, int number)
     CLibCache cache;
     cache.Initialize(folder);
     for (int track = 0; track < kTracks; ++track)
-        cache.SetMediaInfo(PathOf(track),
-                           {
-                               {kInfoTitle, common::ToText(number)}
-        });
+        cache.SetMediaInfo(PathOf(track), Record(kInfoTitle, common::ToText(number)));
     cache.Uninitialize();
 }
 

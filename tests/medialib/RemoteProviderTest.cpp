@@ -4,6 +4,7 @@
 #include "medialib/MediaLibManager.h"
 #include "medialib/MediaLibUpdateParam.h"
 #include "medialib/RemoteReaderCallback.h"
+#include "tests/medialib/Record.h"
 #include "tests/medialib/ScriptedAttributes.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -195,10 +196,7 @@ TEST_F(RemoteProviderTest, BehindTheManagerTheFirstRequestMissesAndALaterOneHits
     manager.SetRemoteProvider(Released<IRemoteMediaInfoProvider>(provider_.release()));
     MediaInfo info;
     EXPECT_EQ(manager.GetMediaInfo(kUrl, info), 0);
-    EXPECT_EQ(info,
-              (MediaInfo{
-                  {kInfoTitle, kUrl}
-    }));
+    EXPECT_EQ(info, Record(kInfoTitle, kUrl));
     host_.RunPosted();
     attributes_.headers[kUrl].SetText(u"Title", u"Station");
     Report(WMT_STATUS::Opened);

@@ -1,4 +1,5 @@
 #include "medialib/KivoMediaHelper.h"
+#include "tests/medialib/Record.h"
 #include "tests/medialib/ScriptedAttributes.h"
 #include "tests/support/CaseName.h"
 
@@ -132,9 +133,7 @@ TEST(WmAttributeReader, WithoutAHeaderOrAnEditorTheRecordIsUntouched)
 {
     test::ScriptedAttributes attributes;
     const CKivoMediaHelper helper;
-    const MediaInfo old = {
-        {kInfoTitle, u"old"}
-    };
+    const MediaInfo old = Record(kInfoTitle, u"old");
     MediaInfo info = old;
     helper.ReadWMFInfo(u"/missing.wma", info);
     EXPECT_EQ(info, old);
