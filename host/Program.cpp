@@ -260,6 +260,7 @@ int Session::Run()
 void Session::SetUpEngine()
 {
     MediaEngineSettings engine;
+    engine.gapless = true;
     if (!options_.audioFile.empty()) {
         engine.audioFile = common::PathToText(options_.audioFile);
         engine.audioFileFailed = [this] {

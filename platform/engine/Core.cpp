@@ -81,6 +81,14 @@ constexpr Option kFileOptions[] = {
     {"audio-format",      "s16"},
 };
 
+// The core stays at the end of a file until it is given the next, and keeps the device for it if
+// the format allows.
+constexpr Option kGaplessOptions[] = {
+    {"keep-open",       "yes" },
+    {"keep-open-pause", "no"  },
+    {"gapless-audio",   "weak"},
+};
+
 bool SetOption(mpv_handle* core, const char* name, const std::string& value)
 {
     return mpv_set_option_string(core, name, value.c_str()) >= 0;
@@ -117,6 +125,8 @@ CoreHandle MakeCore(const CoreSettings& settings)
     bool done = true;
     for (const auto& [name, value] : kOptions)
         done = SetOption(core.get(), name, value) && done;
+    for (const auto& [name, value] : kGaplessOptions)
+        done = (!settings.gapless || SetOption(core.get(), name, value)) && done;
     done = SetSound(core.get(), settings) && done;
     done = SetOption(core.get(), "speed", std::to_string(settings.speed)) && done;
     // An option that isn't known any more would leave its door open.

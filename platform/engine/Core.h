@@ -14,6 +14,7 @@ namespace kivo {
 // What a handle of the core is made with, beyond the fixed options.
 struct CoreSettings {
     bool silent = false;    // No sound device.
+    bool gapless = false;   // The device stays open at the end of a file, and the core waits there.
     std::string samplePath; // Not empty: sound is appended there, as fast as it decodes.
     MediaEngineVolume volume;
     double speed = 1; // Of the clock.

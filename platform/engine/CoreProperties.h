@@ -15,6 +15,7 @@ enum class CoreProperty : std::uint64_t {
     Title,
     Metadata,
     Output,
+    EndReached,    // Of gapless playing: the last of the sound is on its way.
     Position,      // Asked for: it changes fourteen times a second, and each would wake us.
     Bitrate,       // Asked for, also a number that hardly stands still.
     AudioPosition, // Asked for.

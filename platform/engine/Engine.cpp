@@ -62,12 +62,17 @@ bool Engine::Start(double speed)
             core.samplePath = wave->GetSamplePath();
     }
     core.volume = IsToFile() ? kFileVolume : volume_;
+    core.gapless = IsGapless();
     parts_ = std::make_unique<CoreParts>(mailbox_.GetHandle(), std::move(wave), core);
     if (!parts_->IsWhole())
         return false;
     mpv_hook_add(GetCore(), 0, "on_preloaded", 0);
     for (const auto& [id, name] : kObserved)
         mpv_observe_property(GetCore(), static_cast<std::uint64_t>(id), name, MPV_FORMAT_NODE);
+    if (IsGapless()) {
+        constexpr auto kEnd = static_cast<std::uint64_t>(CoreProperty::EndReached);
+        mpv_observe_property(GetCore(), kEnd, "eof-reached", MPV_FORMAT_NODE);
+    }
     return true;
 }
 

@@ -81,11 +81,14 @@ private:
 
     [[nodiscard]] mpv_handle* GetCore() const { return parts_->GetCore(); }
     [[nodiscard]] bool IsToFile() const { return !settings_.audioFile.empty(); }
+    [[nodiscard]] bool IsGapless() const { return settings_.gapless && !IsToFile(); }
     void StoreVolume();
 
     // EnginePlay.cpp: one address from its start to its end.
     void Begin();
     void Load(const std::string& target);
+    void LoadInTurn();
+    [[nodiscard]] bool IsTailLeft() const;
     void EndCurrent();
     void Rest();
     void RestPaused();
@@ -100,6 +103,7 @@ private:
     static void OnTimer(HWND window, unsigned message, TimerId timer, std::uint32_t time);
     void SetTimerRuns(bool on);
     void OnTick();
+    void OnTailTick();
     void OnVerdict(Watchdog::Verdict verdict);
     void Ask(CoreProperty property, const char* name);
     void AskPosition();
@@ -115,6 +119,8 @@ private:
     void OnFileLoaded();
     void OnRestart();
     void OnEndFile(const mpv_event_end_file& end);
+    void OnEndReached(bool on);
+    void LeaveGapless();
     void OnAnswer(const mpv_event& event);
     void OnMediumAnswer(CoreProperty id, const mpv_node& value);
     void OnCachePaused(bool on);
@@ -153,6 +159,14 @@ private:
     std::int64_t eventEntry_ = 0; // Whom the core's events are about.
     bool isCoreBusy_ = false;     // The core was given something and wasn't told to stop.
     bool isCorePaused_ = false;   // What it was told last.
+
+    // Gapless playing. The end is reported while the rest of the sound, the tail, is still in the
+    // device's buffer; what comes next must not cut it off.
+    bool isAtEnd_ = false;        // The core waits behind the last sample for an appended file.
+    bool isEndDelivered_ = false; // The listener is being told of an end right now.
+    bool isLoadHeld_ = false;     // The address waits until the tail is over.
+    bool isAppended_ = false;     // The last load was joined to the one before.
+    std::int64_t tailEnd_ = 0;    // On the steady clock; 0: there is none.
 
     Stage stage_ = Stage::Resting;
     bool isPaused_ = false;      // By the user.

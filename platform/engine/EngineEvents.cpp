@@ -120,8 +120,11 @@ void Engine::OnRestart()
         return;
     watchdog_.Restart(GetSteadyTime());
     AskPosition();
+    if (IsGapless())
+        Ask(CoreProperty::EndReached, "eof-reached"); // It may have been there before.
     if (stage_ != Stage::Opening)
         return; // A seek.
+    LeaveGapless();
     stage_ = Stage::Started;
     HoldPosition(position_);
     failedFiles_.clear();
@@ -146,6 +149,33 @@ void Engine::OnEndFile(const mpv_event_end_file& end)
         Fail();
 }
 
+// The last of the sound is in the device's buffer.
+void Engine::OnEndReached(bool on)
+{
+    constexpr std::int64_t kLongestTail = 600; // Milliseconds; more than devices buffer.
+    if (!on || stage_ != Stage::Started || isPaused_)
+        return;
+    tailEnd_ = GetSteadyTime() + kLongestTail;
+    isAtEnd_ = true;
+    Rest();
+    SetTimerRuns(/*on=*/true); // For the end of the tail.
+    Report(EngineState::Ended);
+}
+
+// Once its sound has begun: earlier, it would cut off the tail of the track before.
+void Engine::LeaveGapless()
+{
+    if (!IsGapless())
+        return;
+    if (isAppended_)
+        SendCommand(GetCore(), 0, {"playlist-clear"}); // What has been played.
+    if (address_.kind == AddressKind::LocalFile && facts_.hasAudio && !facts_.hasVideo)
+        return;
+    // The end of a picture or of a stream is its real end.
+    WriteText(GetCore(), "file-local-options/keep-open", "no");
+    WriteText(GetCore(), "file-local-options/gapless-audio", "no");
+}
+
 void Engine::OnAnswer(const mpv_event& event)
 {
     const auto* const property = static_cast<const mpv_event_property*>(event.data);
@@ -167,6 +197,7 @@ void Engine::OnMediumAnswer(CoreProperty id, const mpv_node& value)
 {
     switch (id) {
     case CoreProperty::CachePaused: OnCachePaused(GetFlag(&value)); break;
+    case CoreProperty::EndReached: OnEndReached(GetFlag(&value)); break;
     case CoreProperty::Position: OnPosition(GetNumber(&value, position_)); break;
     case CoreProperty::AudioPosition:
         NoteChange(audioPosition_, GetNumber(&value, audioPosition_));

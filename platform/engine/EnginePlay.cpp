@@ -55,6 +55,8 @@ void Engine::Play()
     isPaused_ = false;
     SetPaused(/*on=*/false);
     HoldPosition(position_);
+    if (IsGapless())
+        Ask(CoreProperty::EndReached, "eof-reached"); // A change while paused isn't always told.
     if (stage_ != Stage::Started)
         return;
     watchdog_.Restart(GetSteadyTime());
@@ -75,6 +77,9 @@ void Engine::Pause()
 
 void Engine::Stop()
 {
+    // A listener that is told of the end tidies up; anybody else wants silence now.
+    if (!isEndDelivered_)
+        tailEnd_ = 0;
     EndCurrent();
     StopCore();
 }
@@ -112,6 +117,7 @@ void Engine::Rest()
     isPaused_ = false;
     isCachePaused_ = false;
     isStalled_ = false;
+    isLoadHeld_ = false;
     position_ = 0;
     toldPosition_ = 0;
     buffering_ = 0;
@@ -123,7 +129,12 @@ void Engine::StopCore()
 {
     if (!isCoreBusy_)
         return;
+    if (IsTailLeft()) {
+        SetTimerRuns(/*on=*/true); // Which stops it then.
+        return;
+    }
     isCoreBusy_ = false;
+    isAtEnd_ = false;
     SendCommand(GetCore(), 0, {"stop"});
 }
 
@@ -134,7 +145,7 @@ void Engine::Begin()
     stage_ = Stage::Opening;
     switch (address_.kind) {
     case AddressKind::LocalFile:
-    case AddressKind::Network: Load(address_.target); break;
+    case AddressKind::Network: LoadInTurn(); break;
     case AddressKind::NotPlayable: Fail(); break;
     case AddressKind::Missing:
         StopCore();
@@ -144,15 +155,34 @@ void Engine::Begin()
     }
 }
 
+bool Engine::IsTailLeft() const
+{
+    return GetSteadyTime() < tailEnd_;
+}
+
+// A file that follows at once is joined to the one that the core still holds; everything else waits
+// until that has been heard to its end.
+void Engine::LoadInTurn()
+{
+    isLoadHeld_ = IsTailLeft() && !(isAtEnd_ && address_.kind == AddressKind::LocalFile);
+    if (isLoadHeld_)
+        SetTimerRuns(/*on=*/true);
+    else
+        Load(address_.target);
+}
+
 void Engine::Load(const std::string& target)
 {
+    isAppended_ = isAtEnd_ && IsTailLeft();
+    isAtEnd_ = false;
+    isLoadHeld_ = false;
     target_ = target;
     sound_.Prepare(GetCore());
     SetPaused(isPaused_);
     ++serial_;
     entry_ = 0;
     isCoreBusy_ = true;
-    SendCommand(GetCore(), serial_, {"loadfile", target_, "replace"});
+    SendCommand(GetCore(), serial_, {"loadfile", target_, isAppended_ ? "append" : "replace"});
     watchdog_.Restart(GetSteadyTime());
     SetTimerRuns(/*on=*/true);
 }
@@ -192,6 +222,7 @@ void Engine::Fail()
 
 void Engine::Finish()
 {
+    isAtEnd_ = false;
     StopCore();
     Rest();
     Report(EngineState::Ended);
@@ -210,10 +241,13 @@ void Engine::Report(EngineState state)
 void Engine::Deliver()
 {
     const LifeWatch life = life_.Watch();
-    if (const auto state = states_.Take())
+    if (const auto state = states_.Take()) {
+        isEndDelivered_ = *state == EngineState::Ended;
         stateListener_(static_cast<int>(*state));
+    }
     if (!life.IsAlive())
         return;
+    isEndDelivered_ = false;
     isDeliveryPosted_ = !states_.IsEmpty();
     if (isDeliveryPosted_)
         mailbox_.Post(CoreMessage::Deliver);
@@ -243,7 +277,9 @@ void Engine::OnTimer(HWND /*window*/, unsigned /*message*/, TimerId timer, std::
 void Engine::OnTick()
 {
     TakeEvents(); // What the core has told already counts.
-    if (stage_ == Stage::Resting)
+    if (tailEnd_ != 0)
+        OnTailTick();
+    if (stage_ == Stage::Resting || isLoadHeld_)
         return;
     sound_.Check(GetCore());
     Watchdog::Phase phase = Watchdog::Phase::Opening;
@@ -260,6 +296,21 @@ void Engine::OnTick()
     else if (phase == Watchdog::Phase::Playing && facts_.hasVideo)
         Ask(CoreProperty::AudioPosition, "audio-pts");
     OnVerdict(watchdog_.Check(GetSteadyTime(), phase));
+}
+
+void Engine::OnTailTick()
+{
+    if (IsTailLeft())
+        return;
+    tailEnd_ = 0;
+    if (isLoadHeld_) {
+        Load(address_.target);
+    } else if (stage_ == Stage::Resting) {
+        StopCore();
+        SetTimerRuns(/*on=*/false);
+    } else if (stage_ == Stage::Opening && isAppended_ && !IsCurrent()) {
+        Load(target_); // The core didn't go on by itself.
+    }
 }
 
 void Engine::Ask(CoreProperty property, const char* name)

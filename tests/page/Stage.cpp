@@ -105,6 +105,7 @@ struct Stage::Impl {
         host::LoadTexts(KIVO_APP_FOLDER, look.locale);
         MediaEngineSettings engine;
         engine.silent = true;
+        engine.gapless = true; // As in the program.
         SetMediaEngineSettings(std::move(engine));
     }
 

@@ -38,6 +38,16 @@ std::vector<double> FindSilences(const std::vector<std::int16_t>& samples)
     return silences;
 }
 
+// From the first sound to the last, in seconds.
+double GetLength(const std::vector<std::int16_t>& samples)
+{
+    constexpr int kQuiet = 150;
+    const auto isLoud = [](std::int16_t sample) { return std::abs(sample) >= kQuiet; };
+    const auto first = std::find_if(samples.begin(), samples.end(), isLoud);
+    const auto last = std::find_if(samples.rbegin(), samples.rend(), isLoud).base();
+    return static_cast<double>(last - first) / SoundServer::kRecordedRate;
+}
+
 class GapTest : public testing::Test {
 public:
     void SetUp() override
@@ -70,12 +80,25 @@ public:
         EXPECT_TRUE(run.RunToStarts(4));
         EXPECT_TRUE(run.RunToRest(2'500));
         EXPECT_EQ(run.GetTrace(), "9 3 8 9 3 8 9 3 8 9 3 8");
-        return FindSilences(server.StopRecording());
+        const std::vector<std::int16_t> samples = server.StopRecording();
+        length = GetLength(samples);
+        return FindSilences(samples);
     }
 
+    double length = 0; // Of what was heard.
     SoundServer server;
     TempFolder folder;
 };
+
+TEST_F(GapTest, GaplessThereIsNone)
+{
+    MediaEngineSettings settings;
+    settings.gapless = true;
+    const std::vector<double> silences = PlayAndListen(settings);
+    std::printf("figure track_gap_gapless %.1f ms\n", silences.empty() ? 0.0 : silences.front());
+    EXPECT_TRUE(silences.empty()) << silences.size() << " up to " << silences.front();
+    EXPECT_NEAR(length, 6, 0.02) << "Nothing is cut off, nor the tail of the last.";
+}
 
 TEST_F(GapTest, BetweenTwoTracksNobodyHearsASilence)
 {

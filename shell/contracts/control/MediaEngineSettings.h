@@ -23,6 +23,11 @@ struct MediaEngineSettings {
     String audioFile;
     std::function<void()> audioFileFailed;
 
+    // A local track that follows another at once is joined to it without a silence: state 8 comes
+    // when the last of the sound is on its way to the device, up to half a second before it is
+    // heard. Not used with an audio file.
+    bool gapless = false;
+
     // No sound device is opened; time runs as if one were.
     bool silent = false;
 

@@ -8,6 +8,12 @@
 
 namespace kivo::test {
 
+namespace {
+
+bool isGapless = false;
+
+} // namespace
+
 EngineRun::EngineRun(const MediaEngineSettings& settings, double speed)
     : engine_(Engine::Make(settings, speed))
 {
@@ -18,7 +24,13 @@ MediaEngineSettings EngineRun::Silent()
 {
     MediaEngineSettings settings;
     settings.silent = true;
+    settings.gapless = isGapless;
     return settings;
+}
+
+void EngineRun::SetGapless(bool on)
+{
+    isGapless = on;
 }
 
 void EngineRun::SetFile(const std::string& name)

@@ -18,7 +18,9 @@ public:
     EngineRun(const EngineRun&) = delete;
     EngineRun& operator=(const EngineRun&) = delete;
 
+    // Without a sound device; whether tracks are joined says the whole program of tests.
     [[nodiscard]] static MediaEngineSettings Silent();
+    static void SetGapless(bool on);
 
     [[nodiscard]] Engine& Get() { return *engine_; }
     void End() { engine_.reset(); }
