@@ -61,18 +61,13 @@ void Hand::Act()
         RemoveRows();
         return;
     }
-    int total = 0;
+    std::vector<int> weights;
     for (const Deed& deed : kDeeds)
-        total += deed.weight;
-    int chosen = Pick(total);
-    for (std::size_t i = 0; i < std::size(kDeeds); ++i) {
-        chosen -= kDeeds[i].weight;
-        if (chosen < 0) {
-            ++counts_[i];
-            (this->*kDeeds[i].run)();
-            return;
-        }
-    }
+        weights.push_back(deed.weight);
+    const std::size_t chosen =
+        std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(chance_);
+    ++counts_[chosen];
+    (this->*kDeeds[chosen].run)();
 }
 
 std::vector<Hand::Count> Hand::GetCounts() const
