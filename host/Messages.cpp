@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 
 namespace kivo::host {
@@ -31,23 +32,35 @@ class BoxMessages : public IMessages {
 public:
     bool Show(MessageKind kind, const String& title, const String& text) override
     {
-        QMessageBox box(QApplication::activeWindow());
-        box.setTextFormat(Qt::PlainText); // Before the text, which may come from anywhere.
-        box.setIcon(GetIcon(kind));
-        box.setWindowTitle(ToQString(title));
-        box.setText(ToQString(text));
-        if (kind != MessageKind::Question) {
-            box.setStandardButtons(QMessageBox::Ok);
-            Name(box, QMessageBox::Ok, u"STRID_KIVO_OK");
-            box.exec();
-            return true;
+        // On the heap and watched: the window that it belongs to may go while it is open.
+        const QPointer<QMessageBox> box = new QMessageBox(FindWindow());
+        box->setTextFormat(Qt::PlainText); // Before the text, which may come from anywhere.
+        box->setIcon(GetIcon(kind));
+        box->setWindowTitle(ToQString(title));
+        box->setText(ToQString(text));
+        if (kind == MessageKind::Question) {
+            box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+            Name(*box, QMessageBox::Yes, u"STRID_KIVO_YES");
+            Name(*box, QMessageBox::No, u"STRID_KIVO_NO");
+            box->setDefaultButton(QMessageBox::No);
+            box->setEscapeButton(QMessageBox::No);
+        } else {
+            box->setStandardButtons(QMessageBox::Ok);
+            Name(*box, QMessageBox::Ok, u"STRID_KIVO_OK");
         }
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        Name(box, QMessageBox::Yes, u"STRID_KIVO_YES");
-        Name(box, QMessageBox::No, u"STRID_KIVO_NO");
-        box.setDefaultButton(QMessageBox::No);
-        box.setEscapeButton(QMessageBox::No);
-        return box.exec() == QMessageBox::Yes;
+        const int answer = box->exec();
+        delete box.data();
+        return kind != MessageKind::Question || answer == QMessageBox::Yes;
+    }
+
+private:
+    // Never a menu: the one whose entry led here is about to go.
+    static QWidget* FindWindow()
+    {
+        QWidget* window = QApplication::activeWindow();
+        while (window != nullptr && window->windowType() == Qt::Popup)
+            window = window->parentWidget() != nullptr ? window->parentWidget()->window() : nullptr;
+        return window;
     }
 };
 
