@@ -29,9 +29,9 @@ private:
 
 } // namespace
 
-SignMail::SignMail(std::unique_ptr<ISecretStore> secrets, SignAddressRule addressRule)
-    : store(std::move(secrets))
-    , rule(addressRule)
+SignMail::SignMail(std::unique_ptr<ISecretStore> passwords, SignAddressRule addresses)
+    : store(std::move(passwords))
+    , rule(addresses)
     , wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
 }

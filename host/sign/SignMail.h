@@ -32,7 +32,7 @@ public:
         ~IReceiver() = default;
     };
 
-    SignMail(std::unique_ptr<ISecretStore> store, SignAddressRule rule);
+    SignMail(std::unique_ptr<ISecretStore> passwords, SignAddressRule addresses);
     SignMail(const SignMail&) = delete;
     SignMail& operator=(const SignMail&) = delete;
     ~SignMail();

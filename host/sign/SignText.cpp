@@ -67,7 +67,7 @@ String CleanSignText(StringView text, std::size_t longest)
 String NormalizeSignId(StringView text)
 {
     const String trimmed = common::Trim(text);
-    const String id = common::ToLowerAscii(StringView(trimmed).substr(0, trimmed.find(u'/')));
+    String id = common::ToLowerAscii(StringView(trimmed).substr(0, trimmed.find(u'/')));
     const std::size_t at = id.find(u'@');
     if (at == String::npos || at == 0 || at + 1 == id.size() || id.size() > kLongestId)
         return {};

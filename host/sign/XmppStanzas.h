@@ -45,7 +45,7 @@ struct TuneEvent {
 };
 [[nodiscard]] std::optional<TuneEvent> ReadTuneEvent(XmppElement message);
 
-[[nodiscard]] Tune ReadTuneElement(XmppElement tune);
+[[nodiscard]] Tune ReadTuneElement(XmppElement element);
 
 // The contact list in an answer or a change of it; nothing: there is none in it.
 [[nodiscard]] std::optional<std::vector<RosterItem>> ReadRoster(XmppElement iq);

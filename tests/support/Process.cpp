@@ -30,6 +30,7 @@ int GetLeft(Clock::time_point deadline)
 std::vector<char*> ToPointers(const std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (const std::string& text : texts)
         pointers.push_back(const_cast<char*>(text.c_str()));
     pointers.push_back(nullptr);
@@ -72,6 +73,7 @@ Process::Process(const std::vector<std::string>& command, const std::vector<std:
             _exit(1);
         sigset_t none{};
         sigemptyset(&none);
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the child has one thread
         sigprocmask(SIG_SETMASK, &none, nullptr);
         dup2(in[0], STDIN_FILENO);
         dup2(out[1], STDOUT_FILENO);
@@ -123,7 +125,7 @@ std::string Process::WaitFor(const std::function<bool(const std::string&)>& isMe
     while (true) {
         const std::size_t end = output_.find('\n', position_);
         if (end != std::string::npos) {
-            const std::string line = output_.substr(position_, end - position_);
+            std::string line = output_.substr(position_, end - position_);
             position_ = end + 1;
             if (isMeant(line))
                 return line;

@@ -49,7 +49,7 @@ BadServer::BadServer(Manner manner)
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    bind(listener_, reinterpret_cast<const sockaddr*>(&address), size);
+    static_cast<void>(bind(listener_, reinterpret_cast<const sockaddr*>(&address), size));
     getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
     listen(listener_, 8);
     port_ = ntohs(address.sin_port);

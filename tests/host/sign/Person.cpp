@@ -112,7 +112,7 @@ void Person::Play(const std::string& kind, const std::string& address, const std
     network_->SetSign(ToText(kind), ToText(title), record);
 }
 
-bool Person::WaitForState(host::SignConnection wanted, int milliseconds)
+bool Person::WaitForState(host::SignConnection wanted, int milliseconds) const
 {
     return RunUntil([&] { return state.connection == wanted; }, milliseconds);
 }
@@ -124,7 +124,7 @@ bool Person::WaitForTitle(const std::string& of, const std::string& title, int m
                     milliseconds);
 }
 
-bool Person::WaitForNoSign(const std::string& of, int milliseconds)
+bool Person::WaitForNoSign(const std::string& of, int milliseconds) const
 {
     return RunUntil([&] { return !signs.contains(SignServer::GetId(of)); }, milliseconds);
 }

@@ -49,9 +49,9 @@ public:
     void Play(const std::string& address, const std::string& title);
     void Play(const std::string& kind, const std::string& address, const std::string& title);
 
-    bool WaitForState(host::SignConnection state, int milliseconds = 20000);
+    bool WaitForState(host::SignConnection wanted, int milliseconds = 20000) const;
     bool WaitForTitle(const std::string& of, const std::string& title, int milliseconds = 20000);
-    bool WaitForNoSign(const std::string& of, int milliseconds = 20000);
+    bool WaitForNoSign(const std::string& of, int milliseconds = 20000) const;
     bool WaitForPresence(const std::string& of, host::SignPresence presence);
 
     [[nodiscard]] std::string GetAddress(const std::string& of) const; // Of the sign; key 0.

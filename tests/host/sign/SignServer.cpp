@@ -52,7 +52,7 @@ int FindFreePort()
     const int socketNumber = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = MakeLoopback(0);
     socklen_t size = sizeof address;
-    bind(socketNumber, reinterpret_cast<const sockaddr*>(&address), size);
+    static_cast<void>(bind(socketNumber, reinterpret_cast<const sockaddr*>(&address), size));
     getsockname(socketNumber, reinterpret_cast<sockaddr*>(&address), &size);
     close(socketNumber);
     return ntohs(address.sin_port);

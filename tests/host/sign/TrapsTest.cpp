@@ -40,9 +40,14 @@ SlowName& GetSlowName()
 
 } // namespace
 
-// In place of the system's, for the library too.
+// In place of the system's getaddrinfo, for the library too.
 extern "C" __attribute__((visibility("default"))) int
-getaddrinfo(const char* node, const char* service, const addrinfo* hints, addrinfo** result)
+LookUpName(const char* node,
+           const char* service,
+           const addrinfo* hints,
+           addrinfo** result) __asm__("getaddrinfo");
+
+int LookUpName(const char* node, const char* service, const addrinfo* hints, addrinfo** result)
 {
     if (node != nullptr && std::strcmp(node, "slow.example") == 0) {
         SlowName& name = GetSlowName();

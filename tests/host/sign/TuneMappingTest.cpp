@@ -83,8 +83,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, OutTest, testing::ValuesIn(kOutCases), CaseName<O
 
 TEST(TuneOut, WithoutTitleAndAddressIsEmpty)
 {
-    EXPECT_TRUE(IsEmpty(MakeTune(MakeSign("music", "", ""), true)));
-    EXPECT_TRUE(IsEmpty(MakeTune(MakeSign("music", "/a.mp3", " \n"), true)));
+    EXPECT_TRUE(IsEmpty(MakeTune(MakeSign("music", "", ""), /*withAddress=*/true)));
+    EXPECT_TRUE(IsEmpty(MakeTune(MakeSign("music", "/a.mp3", " \n"), /*withAddress=*/true)));
     EXPECT_TRUE(IsEmpty(MakeTune(MakeSign("music", kStream, ""), /*withAddress=*/false)));
 }
 
@@ -92,12 +92,12 @@ TEST(TuneOut, TheSignsTitleStandsInForTheRecords)
 {
     Sign sign = MakeSign("music", kStream, "");
     sign.title = u"Shown";
-    EXPECT_EQ(MakeTune(sign, true).title, "Shown");
+    EXPECT_EQ(MakeTune(sign, /*withAddress=*/true).title, "Shown");
 }
 
 TEST(TuneOut, OtherKindsAreMusic)
 {
-    EXPECT_EQ(MakeTune(MakeSign("Video", kStream, "A"), true).kind, "music");
+    EXPECT_EQ(MakeTune(MakeSign("Video", kStream, "A"), /*withAddress=*/true).kind, "music");
 }
 
 // A tune as it stands on the wire, and what a contact's page makes of it.
@@ -288,7 +288,8 @@ TEST(TuneRoundTrip, KindAddressAndTitleSurvive)
     for (const char* const kind : {"music", "video"}) {
         const Sign sign = MakeSign(kind, "http://r.example/?a=1&b='2'", "<\"A\"> & \xC3\xA4");
         const std::string wire =
-            host::MakePublish(text.GetContext(), "1", MakeTune(sign, true)).ToText();
+            host::MakePublish(text.GetContext(), "1", MakeTune(sign, /*withAddress=*/true))
+                .ToText();
         const host::XmppElement tune =
             text.Read(wire).Find("pubsub").Find("publish").Find("item").Find(
                 "tune", "http://jabber.org/protocol/tune");

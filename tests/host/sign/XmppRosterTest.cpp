@@ -11,7 +11,6 @@ namespace kivo::test {
 
 namespace {
 
-using host::RosterItem;
 using host::Sign;
 using host::SignPresence;
 using Subscription = host::RosterItem::Subscription;
