@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 #include <sstream>
+#include <system_error>
 #include <thread>
 
 namespace kivo::test {
@@ -99,9 +100,10 @@ std::string PlaceOf(const Seen& seen)
 
 bool WaitUntil(const std::function<bool()>& holds)
 {
-    constexpr std::chrono::seconds kLongest{30};
     constexpr std::chrono::milliseconds kPause{40};
-    const auto deadline = std::chrono::steady_clock::now() + kLongest;
+    // Once something went wrong, what builds on it need not be waited for.
+    const std::chrono::seconds longest{testing::Test::HasFailure() ? 1 : 30};
+    const auto deadline = std::chrono::steady_clock::now() + longest;
     while (!holds()) {
         if (std::chrono::steady_clock::now() >= deadline)
             return false;
@@ -133,6 +135,17 @@ Desktop::~Desktop()
     const fs::path file = fs::path(KIVO_PICTURES) / name;
     TakePicture(file.native());
     std::fprintf(stderr, "the screen: %s\n", file.c_str());
+    for (const Seen& seen : Look())
+        std::fprintf(stderr,
+                     "  %s \"%s\" %d %d %d %d %s %s\n",
+                     seen.kind.c_str(),
+                     seen.name.c_str(),
+                     seen.x,
+                     seen.y,
+                     seen.width,
+                     seen.height,
+                     seen.state.c_str(),
+                     seen.value.c_str());
 }
 
 void Desktop::Start(std::vector<std::string> arguments, std::vector<std::string> variables)
@@ -155,6 +168,19 @@ void Desktop::Start(std::vector<std::string> arguments, std::vector<std::string>
 int Desktop::WaitForEnd()
 {
     return run_->WaitForEnd(30);
+}
+
+bool Desktop::HasOpen(const std::string& file) const
+{
+    std::error_code error;
+    const fs::path folder = "/proc/" + std::to_string(run_->GetPid()) + "/fd";
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code gone;
+        if (fs::read_symlink(entry->path(), gone) == fs::path(file))
+            return true;
+    }
+    return false;
 }
 
 std::vector<Seen> Desktop::Look() const
@@ -214,8 +240,10 @@ void Desktop::Drag(const Seen& from, int x, int y)
        " mousedown 1");
     for (int step = 1; step <= kSteps; ++step)
         Do("mousemove --sync " + std::to_string(startX + (x - startX) * step / kSteps) + " " +
-           std::to_string(startY + (y - startY) * step / kSteps) + " sleep 0.05");
-    Do("mouseup 1");
+           std::to_string(startY + (y - startY) * step / kSteps) + " sleep 0.1");
+    // The one below has to answer that it would take it.
+    Do("mousemove --sync " + std::to_string(x + 2) + " " + std::to_string(y) +
+       " sleep 0.4 mouseup 1");
 }
 
 void Desktop::Press(const std::string& keys)

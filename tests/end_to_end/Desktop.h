@@ -17,7 +17,7 @@ bool WaitUntil(const std::function<bool()>& holds);
 
 // Something that shows, as a screen reader would name it. Lengths in pixels of the screen.
 struct Seen {
-    std::string kind; // "window", "control", "entry" of a menu, "group" or "track".
+    std::string kind; // "window", "control", "entry" of a menu, "group"; of a track its group.
     std::string name;
     int x = 0;
     int y = 0;
@@ -48,6 +48,8 @@ public:
     // Its status, once it has ended by itself; -1: it didn't.
     int WaitForEnd();
     void Signal(int number) { run_->Signal(number); }
+
+    [[nodiscard]] bool HasOpen(const std::string& file) const; // Such as a song that plays.
 
     // Waits until it shows, and is enabled, and stands still. Fails the test if it never does.
     Seen Find(const std::string& kind, const std::string& name);

@@ -125,12 +125,12 @@ private:
             if (view.isExpanded(index))
                 states += QStringLiteral("open");
             if (!place.isEmpty())
-                lines +=
-                    MakeLine(above.isValid() ? QStringLiteral("track") : QStringLiteral("group"),
-                             index.data(Qt::DisplayRole).toString(),
-                             OnScreen(*view.viewport(), place),
-                             states,
-                             index.data(Qt::AccessibleTextRole).toString());
+                lines += MakeLine(above.isValid() ? above.data(Qt::DisplayRole).toString()
+                                                  : QStringLiteral("group"),
+                                  index.data(Qt::DisplayRole).toString(),
+                                  OnScreen(*view.viewport(), place),
+                                  states,
+                                  index.data(Qt::AccessibleTextRole).toString());
             if (view.isExpanded(index))
                 lines += LookAtRows(view, index);
         }
