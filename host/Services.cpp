@@ -67,6 +67,7 @@ void Services::OnAccountChanged()
         parts_.signs.RemoveSign();
     }
     TellNetwork();
+    parts_.settings.Save(); // What the user doesn't want told must outlive a crash.
     if (isAnother)
         watches_.Notify(kSignSetting);
 }

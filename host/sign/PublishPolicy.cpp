@@ -26,6 +26,11 @@ void PublishPolicy::OnOnline()
     published_.reset();
 }
 
+void PublishPolicy::OnOrderlyEnd()
+{
+    isOnline_ = false;
+}
+
 void PublishPolicy::OnStreamEnd(Time now)
 {
     isOnline_ = false;

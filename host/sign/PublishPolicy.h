@@ -26,6 +26,8 @@ public:
     // It is cleared where nothing plays, which holds up nothing that comes next.
     void OnOnline();
 
+    void OnOrderlyEnd(); // The user's own end of the stream says nothing about the tune.
+
     // A tune whose publishing ends the stream each time must not do so for ever.
     void OnStreamEnd(Time now);
 

@@ -25,7 +25,11 @@ constexpr std::string_view kOwnNames[] = {
     "localhost",
     "localhost.localdomain",
     "localhost4",
+    "localhost4.localdomain4",
     "localhost6",
+    "localhost6.localdomain6",
+    "ip6-allnodes",
+    "ip6-allrouters",
     "ip6-localhost",
     "ip6-loopback",
 };
@@ -61,7 +65,9 @@ bool IsOf(std::string_view text, std::string_view characters)
 bool IsWholeUtf8(std::string_view bytes)
 {
     const String text = common::utf8_to_CString(bytes);
-    return common::ToDisplayText(text) == text && common::CString_to_utf8(text) == bytes;
+    // U+FFFE and U+FFFF are no characters of XML: a server ends the stream that holds one.
+    return common::ToDisplayText(text) == text && common::CString_to_utf8(text) == bytes &&
+           text.find_first_of(u"\uFFFE\uFFFF") == String::npos;
 }
 
 // What stands between "scheme://" and the path; nothing: it isn't such an address.
@@ -140,7 +146,8 @@ bool IsOwnNumber6(const in6_addr& number)
 bool IsOwnName(std::string_view name)
 {
     const auto isName = [&](std::string_view own) { return IsEqual(own, name); };
-    if (std::any_of(std::begin(kOwnNames), std::end(kOwnNames), isName))
+    // "_gateway", "_localdnsstub" and the like: names that the system's resolver makes up.
+    if (name.starts_with('_') || std::any_of(std::begin(kOwnNames), std::end(kOwnNames), isName))
         return true;
     constexpr std::string_view kLocal = ".localhost";
     if (name.size() > kLocal.size() && IsEqual(name.substr(name.size() - kLocal.size()), kLocal))
@@ -178,7 +185,7 @@ bool PointsAtThisMachine(std::string_view address)
     if (const std::optional<in6_addr> number = ReadNumber6(authority->host))
         return IsOwnNumber6(*number);
     std::string host(authority->host);
-    if (host.ends_with('.'))
+    while (host.ends_with('.'))
         host.pop_back();
     in_addr number{};
     // Takes what the system takes: 127.1, 0x7f000001, 2130706433, 0177.0.0.1.

@@ -40,7 +40,15 @@ XmppClient::XmppClient(ISignNetworkListener& listener,
 
 void XmppClient::SignIn(const SignAccount& account)
 {
+    // What the user gave for this account and server counts on: a password that no keyring keeps,
+    // and requests that wait for the stream.
+    const bool isSame = account_ && account_->address == account.address &&
+                        account_->server == account.server && account_->port == account.port;
+    std::string password = isSame ? password_ : std::string();
+    auto requests = isSame ? requests_ : std::vector<std::pair<Request, std::string>>();
     SignOut();
+    password_ = std::move(password);
+    requests_ = std::move(requests);
     account_ = account;
     address_ = common::CString_to_utf8(NormalizeSignId(account.address));
     own_ = address_;
@@ -57,6 +65,7 @@ void XmppClient::SignOut()
     isPasswordGiven_ = false;
     roster_.Clear();
     asking_.clear();
+    asked_.clear();
     requests_.clear();
     if (stream_.IsActive())
         Leave();
@@ -73,6 +82,8 @@ void XmppClient::GivePassword(const std::string& password, bool keep)
     keepsPassword_ = keep;
     if (phase_ == Phase::PasswordNeeded || phase_ == Phase::Stopped)
         BeginSoon();
+    else if (stream_.IsActive() && phase_ != Phase::Leaving)
+        Leave(); // An attempt with another password is under way; the next one takes this.
 }
 
 void XmppClient::TrustCertificate(const std::string& fingerprint)
@@ -155,14 +166,23 @@ void XmppClient::Handle(Request request, const std::string& id)
         return;
     }
     switch (request) {
-    case Request::Add: SendPresence("subscribe", id); break;
+    case Request::Add:
+        asked_.insert(id);
+        SendPresence("subscribe", id);
+        break;
     case Request::Accept:
+        asked_.insert(id);
         SendPresence("subscribed", id);
         if (!roster_.IsSeen(id) && !roster_.IsAsked(id))
             SendPresence("subscribe", id); // Both see each other.
         break;
-    case Request::Decline: SendPresence("unsubscribed", id); break;
+    case Request::Decline:
+        asked_.erase(id);
+        asking_.erase(id);
+        SendPresence("unsubscribed", id);
+        break;
     case Request::Remove:
+        asked_.erase(id);
         stream_.Send(MakeRosterRemoval(stream_.GetContext(), MakeId(), id));
         break;
     }
@@ -310,7 +330,10 @@ void XmppClient::OnStreamEnd(const StreamResult& result)
 {
     const Time now = Clock::now();
     roster_.GoOffline();
-    policy_.OnStreamEnd(now);
+    if (phase_ == Phase::Leaving)
+        policy_.OnOrderlyEnd();
+    else
+        policy_.OnStreamEnd(now);
     if (phase_ == Phase::Leaving) {
         phase_ = Phase::Idle;
         if (account_)
@@ -433,7 +456,7 @@ void XmppClient::OnPresence(XmppElement presence)
 
 void XmppClient::OnAsk(const std::string& id)
 {
-    if (roster_.IsAsked(id) || roster_.IsSeen(id)) {
+    if (roster_.IsAsked(id) || asked_.count(id) > 0) {
         SendPresence("subscribed", id); // The user has asked first.
         return;
     }

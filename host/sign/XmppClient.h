@@ -122,7 +122,8 @@ private:
     Tune sent_; // Published last.
     bool isAccessMended_ = false;
 
-    std::set<std::string> asking_;                          // Who waits for the user's answer.
+    std::set<std::string> asked_;  // Whom the user has let in or asked since the sign-in.
+    std::set<std::string> asking_; // Who waits for the user's answer.
     std::vector<std::pair<Request, std::string>> requests_; // Until the stream is open.
 
     std::optional<bool> hasEventing_; // Nothing: the server hasn't said yet.

@@ -390,6 +390,19 @@ TEST_F(Network, AWrongPasswordIsRefusedUntilTheUserGivesAnother)
     EXPECT_TRUE(PollUntil(isKept, 20000));
 }
 
+TEST_F(Network, APasswordThatComesDuringAnAttemptIsTheOneThatCounts)
+{
+    Person alice("alice");
+    alice.SetPassword("wrong");
+    alice.Get().SignIn(server.GetAccount("alice"));
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Connecting));
+    RunFor(20); // The one of the keyring is on its way.
+    alice.Get().GivePassword(SignServer::GetPassword("alice"), /*keep=*/true);
+    ASSERT_TRUE(alice.WaitForState(SignConnection::Online));
+    const auto isKept = [&] { return alice.GetKept() == SignServer::GetPassword("alice"); };
+    EXPECT_TRUE(PollUntil(isKept, 20000));
+}
+
 TEST_F(Network, WithoutAPasswordTheUserIsAsked)
 {
     Person alice("alice");
