@@ -318,7 +318,8 @@ void XmppClient::Publish()
 void XmppClient::OnStreamOpen(const std::string& boundAddress)
 {
     phase_ = Phase::Arriving;
-    own_ = GetBare(boundAddress);
+    const String bound = NormalizeSignId(ToText(GetBare(boundAddress)));
+    own_ = bound.empty() ? address_ : common::CString_to_utf8(bound);
     openedAt_ = heardAt_ = Clock::now();
     rosterId_ = MakeId();
     infoId_ = MakeId();

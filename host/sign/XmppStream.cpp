@@ -123,8 +123,8 @@ struct XmppCallbacks {
 
     static void OnLog(void* stream, xmpp_log_level_t level, const char* area, const char* text)
     {
-        static_cast<void>(text); // It may hold the password's exchange.
-        static_cast<XmppStream*>(stream)->OnLog(level, area);
+        // Only looked at, never kept: it may hold the password's exchange.
+        static_cast<XmppStream*>(stream)->OnLog(level, area, text);
     }
 };
 
@@ -149,6 +149,7 @@ void XmppStream::Open(const Account& account)
     result_ = {};
     isEnded_ = false;
     isDoubted_ = false;
+    isSilent_ = false;
     fingerprint_ = NormalizeFingerprint(account.fingerprint);
     connection_ = xmpp_conn_new(context_);
     xmpp_conn_set_flags(connection_, XMPP_CONN_FLAG_MANDATORY_TLS | XMPP_CONN_FLAG_DISABLE_SM);
@@ -259,10 +260,13 @@ void XmppStream::OnEvent(xmpp_conn_event_t event)
     listener_.OnStreamOpen(bound != nullptr ? bound : xmpp_conn_get_jid(connection_));
 }
 
-void XmppStream::OnLog(xmpp_log_level_t level, const std::string& area)
+void XmppStream::OnLog(xmpp_log_level_t level, const std::string& area, std::string_view text)
 {
+    // A server that is slow to name its ways of signing in has refused nothing.
+    if (text == "didn't get stream features")
+        isSilent_ = true;
     // The only trace of a refused password.
-    if (level == XMPP_LEVEL_ERROR && area == "auth" && result_.end == StreamEnd::Lost)
+    if (!isSilent_ && level == XMPP_LEVEL_ERROR && area == "auth" && result_.end == StreamEnd::Lost)
         result_.end = StreamEnd::Refused;
 }
 

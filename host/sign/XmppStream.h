@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 namespace kivo::host {
 
@@ -73,7 +74,7 @@ private:
     void OnCertificate(const char* reason);
     [[nodiscard]] bool IsTrusted();
     void OnEvent(xmpp_conn_event_t event);
-    void OnLog(xmpp_log_level_t level, const std::string& area);
+    void OnLog(xmpp_log_level_t level, const std::string& area, std::string_view text);
     void Finish();
     void Release();
     [[nodiscard]] bool IsReadable() const;
@@ -86,6 +87,7 @@ private:
     std::string fingerprint_; // Of the certificate that the user trusts.
     StreamResult result_;
     int socket_ = -1;
+    bool isSilent_ = false;  // The server has not told how one signs in.
     bool isDoubted_ = false; // The system doesn't trust the certificate; the user may.
     bool isOpen_ = false;
     bool isEnded_ = false; // Its end waits to be told.
