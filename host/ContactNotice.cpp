@@ -26,6 +26,7 @@ constexpr ConnectionLook kLooks[] = {
     {SignConnection::Waiting,               u"WAITING",        true,  NoticeDeed::TryNow          },
     {SignConnection::Refused,               u"REFUSED",        true,  NoticeDeed::SetUpAccount    },
     {SignConnection::UntrustedCertificate,  u"UNTRUSTED",      true,  NoticeDeed::JudgeCertificate},
+    {SignConnection::Unavailable,           u"UNAVAILABLE",    true,  NoticeDeed::None            },
     {SignConnection::ServerWithoutEventing, u"NOEVENTING",     true,  NoticeDeed::None            },
 };
 

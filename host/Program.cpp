@@ -16,8 +16,7 @@
 #include "host/Screen.h"
 #include "host/Screenshot.h"
 #include "host/Services.h"
-#include "host/sign/MakeSignNetwork.h"
-#include "host/sign/SecretStore.h"
+#include "host/sign/SignNetwork.h"
 #include "host/StopSignals.h"
 #include "host/Terminal.h"
 #include "host/Texts.h"
@@ -409,8 +408,9 @@ struct Program::Impl {
 };
 
 Program::Program(Options options)
-    : Program(std::move(options),
-              [](const String& localName) { return MakeSignNetwork(localName, MakeSecretStore()); })
+    : Program(std::move(options), [](const String& localName) {
+        return std::make_unique<SignNetwork>(localName, LoadXmppSignNetwork);
+    })
 {
 }
 

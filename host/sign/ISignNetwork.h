@@ -26,6 +26,7 @@ enum class SignConnection {
     Waiting,               // Tries again in `seconds`.
     Refused,               // The server doesn't take name or password. No further try by itself.
     UntrustedCertificate,  // `reason` and `fingerprint` tell which. No further try by itself.
+    Unavailable,           // What signs in is not installed, or lacks a library.
     ServerWithoutEventing, // Online, but the server carries no signs.
 };
 

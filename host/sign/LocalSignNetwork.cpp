@@ -12,20 +12,22 @@ void LocalSignNetwork::SetListener(ISignNetworkListener* listener)
     listener_ = listener;
     if (listener_ != nullptr)
         listener_->OnState({SignConnection::LocalOnly, 0, String(), {}, ownId_});
+    if (listener_ != nullptr && sign_)
+        listener_->OnSign(ownId_, sign_->kind, sign_->title, sign_->record);
 }
 
 void LocalSignNetwork::SetSign(const String& kind, const String& title, const Property& sign)
 {
-    isSignOut_ = true;
+    sign_ = Sign{kind, title, sign};
     if (listener_ != nullptr)
         listener_->OnSign(ownId_, kind, title, sign);
 }
 
 void LocalSignNetwork::RemoveSign()
 {
-    if (!isSignOut_)
+    if (!sign_)
         return;
-    isSignOut_ = false;
+    sign_.reset();
     if (listener_ != nullptr)
         listener_->OnSignGone(ownId_);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "host/sign/ISignNetwork.h"
+#include "shell/contracts/base/Property.h"
+
+#include <optional>
 
 namespace kivo::host {
 
@@ -8,6 +11,12 @@ namespace kivo::host {
 // contacts, and requests about them do nothing.
 class LocalSignNetwork : public ISignNetwork {
 public:
+    struct Sign {
+        String kind;
+        String title;
+        Property record;
+    };
+
     explicit LocalSignNetwork(const String& ownId); // The local name.
 
     void SetListener(ISignNetworkListener* listener) override;
@@ -25,10 +34,12 @@ public:
     void TrustCertificate(const std::string& fingerprint) override;
     [[nodiscard]] String GetOwnId() const override;
 
+    [[nodiscard]] const std::optional<Sign>& GetSign() const { return sign_; } // Nothing: none.
+
 private:
     String ownId_;
     ISignNetworkListener* listener_ = nullptr;
-    bool isSignOut_ = false; // A sign is out.
+    std::optional<Sign> sign_;
 };
 
 } // namespace kivo::host

@@ -10,7 +10,10 @@
 namespace kivo::host {
 
 // Carries signs over XMPP, as User Tune. All work is done by a thread of its own; here stands what
-// it has told, and the way to it. While nobody is signed in it is as local as LocalSignNetwork.
+// it has told, and the way to it. While nobody is signed in it is as local as LocalSignNetwork; no
+// thread runs before the first SignIn. What it hears reaches the listener through the process's
+// queue of posts. The destructor takes the user's sign away and signs out; it waits for that at
+// most three seconds, and for a few milliseconds as a rule.
 class XmppSignNetwork final : public ISignNetwork {
 public:
     XmppSignNetwork(const String& localName,

@@ -4,7 +4,7 @@
 
 #include "host/Arguments.h"
 #include "host/Program.h"
-#include "host/sign/MakeSignNetwork.h"
+#include "host/sign/XmppSignNetwork.h"
 #include "shell/contracts/base/Property.h"
 
 #include <QAbstractItemModel>
@@ -181,7 +181,7 @@ private:
 class NotedNetwork final : public ISignNetwork {
 public:
     explicit NotedNetwork(const String& localName)
-        : network_(host::MakeSignNetwork(
+        : network_(std::make_unique<host::XmppSignNetwork>(
               localName, std::make_unique<FixedSecret>(), host::SignAddressRule::Any))
     {
     }

@@ -54,7 +54,7 @@ String ToText(const std::string& bytes)
 
 Person::Person(const std::string& name, host::SignAddressRule rule)
     : name_(name)
-    , network_(host::MakeSignNetwork(u"somebody", MakeStore(secrets), rule))
+    , network_(std::make_unique<host::XmppSignNetwork>(u"somebody", MakeStore(secrets), rule))
 {
     network_->SetListener(this);
     network_->SetPublishing(/*publish=*/true, /*withAddress=*/true);

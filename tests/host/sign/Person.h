@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/sign/MakeSignNetwork.h"
+#include "host/sign/XmppSignNetwork.h"
 #include "shell/contracts/base/Property.h"
 #include "tests/host/sign/SignServer.h"
 
