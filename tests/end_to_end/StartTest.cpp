@@ -76,8 +76,15 @@ TEST_P(StartTest, MapsNoneOfTheHeavyLibraries)
     const std::string maps = Read("/proc/" + std::to_string(run->GetPid()) + "/maps");
     run->Signal(SIGCONT);
     EXPECT_NE(maps.find("tunehive.so"), std::string::npos);
-    for (const char* const name :
-         {"libmpv", "libavformat", "libtag", "WebEngine", "libEGL_mesa", "libGLX_mesa", "libLLVM"})
+    for (const char* const name : {"libmpv",
+                                   "libavformat",
+                                   "libtag",
+                                   "WebEngine",
+                                   "libEGL_mesa",
+                                   "libGLX_mesa",
+                                   "libLLVM",
+                                   "libstrophe",
+                                   "libsecret"})
         EXPECT_EQ(maps.find(name), std::string::npos) << name;
 }
 
