@@ -20,10 +20,12 @@ void PublishPolicy::Withdraw(Time now)
     isUrgent_ = true;
 }
 
-void PublishPolicy::OnOnline()
+void PublishPolicy::OnOnline(bool isClear)
 {
     isOnline_ = true;
     published_.reset();
+    if (isClear)
+        published_.emplace();
 }
 
 void PublishPolicy::OnOrderlyEnd()

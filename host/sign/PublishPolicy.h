@@ -23,8 +23,9 @@ public:
     void Withdraw(Time now);               // None, and at once.
 
     // A stream began; what the server shows of the user is unknown, perhaps what a crash has left.
-    // It is cleared where nothing plays, which holds up nothing that comes next.
-    void OnOnline();
+    // It is cleared where nothing plays, which holds up nothing that comes next. `isClear`: the
+    // server is known to show nothing of ours.
+    void OnOnline(bool isClear = false);
 
     void OnOrderlyEnd(); // The user's own end of the stream says nothing about the tune.
 

@@ -263,7 +263,9 @@ std::optional<XmppClient::Time> XmppClient::GetDue() const
     case Phase::Online: {
         if (isPasswordGiven_ && phase_ == Phase::Online)
             return Time();
-        const Time word = askedAt_ ? *askedAt_ + kAnswer : heardAt_ + kSilence;
+        Time word = askedAt_ ? *askedAt_ + kAnswer : heardAt_ + kSilence;
+        if (phase_ == Phase::Arriving)
+            word = std::min(word, openedAt_ + kArrival);
         const std::optional<Time> tune = phase_ == Phase::Online ? policy_.GetDue() : std::nullopt;
         return tune ? std::min(word, *tune) : word;
     }
@@ -280,7 +282,14 @@ bool XmppClient::IsAtRest() const
 void XmppClient::CheckServer()
 {
     const Time now = Clock::now();
-    if (askedAt_ && now >= *askedAt_ + kAnswer) {
+    if (phase_ == Phase::Arriving && now >= openedAt_ + kArrival) {
+        openedAt_ = now; // Once more as long, if the cut doesn't end it.
+        hasEventing_ = hasEventing_.value_or(false);
+        if (hasRoster_)
+            CheckArrival();
+        else
+            watch_.Limit(std::chrono::milliseconds(0));
+    } else if (askedAt_ && now >= *askedAt_ + kAnswer) {
         askedAt_ = now;
         watch_.Limit(std::chrono::milliseconds(0));
     } else if (!askedAt_ && now >= heardAt_ + kSilence) {
@@ -395,6 +404,8 @@ void XmppClient::OnIq(XmppElement iq)
 void XmppClient::OnAnswer(XmppElement iq)
 {
     const std::string id = iq.Get("id");
+    if (id.empty())
+        return;
     if (id == rosterId_ && !hasRoster_) {
         hasRoster_ = true;
         roster_.SetItems(ReadRoster(iq).value_or(std::vector<RosterItem>()));
@@ -404,6 +415,9 @@ void XmppClient::OnAnswer(XmppElement iq)
     } else if (id == infoId_ && !hasEventing_) {
         hasEventing_ = iq.Get("type") == "result" && HasEventing(iq);
         CheckArrival();
+    } else if (id == ownTuneId_) {
+        const Tune shown = ReadOwnTune(iq);
+        policy_.OnOnline(/*isClear=*/!shown.isOurs || IsEmpty(shown));
     } else if (id == publishId_ || id == accessId_) {
         OnPublishAnswer(iq);
     }
@@ -415,12 +429,24 @@ void XmppClient::CheckArrival()
         return;
     phase_ = Phase::Online;
     if (*hasEventing_)
-        policy_.OnOnline();
+        StartPublishing();
     const auto state =
         *hasEventing_ ? SignConnection::Online : SignConnection::ServerWithoutEventing;
     Tell({state, 0, String(), {}, String()});
     for (const auto& [request, id] : std::exchange(requests_, {}))
         Handle(request, id);
+}
+
+// What a crash has left goes. Who publishes nothing from here clears no more than that: another
+// device of the user's may be playing.
+void XmppClient::StartPublishing()
+{
+    if (publishes_) {
+        policy_.OnOnline();
+        return;
+    }
+    ownTuneId_ = MakeId();
+    stream_.Send(MakeOwnTuneRequest(stream_.GetContext(), ownTuneId_));
 }
 
 // Another client may have opened the node to everybody. The server takes nothing then, until the

@@ -26,6 +26,7 @@ public:
 
     static constexpr std::chrono::seconds kSilence{120}; // Then the server is asked for a word,
     static constexpr std::chrono::seconds kAnswer{30};   // and has so long to give one.
+    static constexpr std::chrono::seconds kArrival{30};  // For the first answers of a server.
     static constexpr std::chrono::seconds kSteady{5};    // A stream that lasts so long was good.
 
     // All borrowed.
@@ -80,6 +81,7 @@ private:
     void Leave();
     void Wait();
     void CheckArrival();
+    void StartPublishing();
     void CheckServer();
     void KeepPassword();
     void PublishDue();
@@ -131,6 +133,7 @@ private:
     unsigned lastId_ = 0;
     std::string rosterId_;
     std::string infoId_;
+    std::string ownTuneId_;
     std::string publishId_;
     std::string accessId_;
     Time openedAt_{};

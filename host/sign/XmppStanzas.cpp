@@ -167,6 +167,17 @@ XmppStanza MakePublish(xmpp_ctx_t* context, const std::string& id, const Tune& t
     return iq;
 }
 
+XmppStanza MakeOwnTuneRequest(xmpp_ctx_t* context, const std::string& id)
+{
+    XmppStanza items(context, "items");
+    items.Set("node", kTune);
+    XmppStanza pubsub(context, "pubsub", kPubSub);
+    pubsub.Add(items);
+    XmppStanza iq = MakeIq(context, "get", id);
+    iq.Add(pubsub);
+    return iq;
+}
+
 XmppStanza MakeAccessChange(xmpp_ctx_t* context, const std::string& id)
 {
     XmppStanza configure(context, "configure");
@@ -275,6 +286,11 @@ std::optional<TuneEvent> ReadTuneEvent(XmppElement message)
     return std::nullopt;
 }
 
+Tune ReadOwnTune(XmppElement answer)
+{
+    return FindTune(answer.Find("pubsub", kPubSub).Find("items")).value_or(Tune());
+}
+
 Tune ReadTuneElement(XmppElement element)
 {
     Tune tune;
@@ -330,11 +346,14 @@ int ReadPriority(XmppElement presence)
 bool HasEventing(XmppElement infoAnswer)
 {
     const XmppElement query = infoAnswer.Find("query", XMPP_NS_DISCO_INFO);
+    bool hasNodes = false;
+    bool knowsOptions = false; // Without them a tune might go to a node that everybody reads.
     for (XmppElement child = query.GetFirst(); child; child = child.GetNext()) {
-        if (child.Is("identity") && child.Get("category") == "pubsub" && child.Get("type") == "pep")
-            return true;
+        hasNodes = hasNodes || (child.Is("identity") && child.Get("category") == "pubsub" &&
+                                child.Get("type") == "pep");
+        knowsOptions = knowsOptions || (child.Is("feature") && child.Get("var") == kPublishOptions);
     }
-    return false;
+    return hasNodes && knowsOptions;
 }
 
 bool IsConflict(XmppElement errorAnswer)

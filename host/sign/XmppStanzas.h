@@ -17,6 +17,9 @@ namespace kivo::host {
 // Makes the node of tunes one that only contacts may read, whatever another client made of it.
 [[nodiscard]] XmppStanza MakeAccessChange(xmpp_ctx_t* context, const std::string& id);
 
+// What the server shows of the user.
+[[nodiscard]] XmppStanza MakeOwnTuneRequest(xmpp_ctx_t* context, const std::string& id);
+
 // There, able to take tunes, and below every client that shows messages: those go elsewhere.
 [[nodiscard]] XmppStanza MakePresence(xmpp_ctx_t* context);
 [[nodiscard]] XmppStanza
@@ -45,6 +48,7 @@ struct TuneEvent {
 };
 [[nodiscard]] std::optional<TuneEvent> ReadTuneEvent(XmppElement message);
 
+[[nodiscard]] Tune ReadOwnTune(XmppElement answer); // Empty: it shows none.
 [[nodiscard]] Tune ReadTuneElement(XmppElement element);
 
 // The contact list in an answer or a change of it; nothing: there is none in it.
@@ -53,6 +57,7 @@ struct TuneEvent {
 [[nodiscard]] SignPresence ReadPresence(XmppElement presence); // Of one that is there.
 [[nodiscard]] int ReadPriority(XmppElement presence);
 
+// Whether the server carries tunes, and lets nobody but contacts read them.
 [[nodiscard]] bool HasEventing(XmppElement infoAnswer);
 [[nodiscard]] bool IsConflict(XmppElement errorAnswer); // The node isn't as the publisher wants it.
 

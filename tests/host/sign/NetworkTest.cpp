@@ -245,6 +245,28 @@ TEST_F(Network, WhatACrashHasLeftIsClearedAtTheNextSignIn)
     EXPECT_NE(bob.WaitFor("http://jabber.org/protocol/tune\"/>"), "") << server.ReadLog();
 }
 
+TEST_F(Network, WhoPublishesNothingClearsOnlyWhatWasLeftFromHere)
+{
+    Person bob("bob");
+    ASSERT_TRUE(bob.SignIn(server));
+    Peer phone(server, "alice"); // Another device of hers.
+    phone.SayPresence();
+    phone.SayTune("<title>On the phone</title>");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "On the phone"));
+    const auto signIn = [this] {
+        Person alice("alice");
+        alice.Get().SetPublishing(/*publish=*/false, /*withAddress=*/true);
+        EXPECT_TRUE(alice.SignIn(server));
+        RunFor(1000);
+    };
+    signIn();
+    EXPECT_TRUE(bob.WaitForTitle("alice", "On the phone"));
+    phone.SayTune("<title>Left behind</title><sign xmlns='urn:x-kivo:sign:0' kind='music'/>");
+    ASSERT_TRUE(bob.WaitForTitle("alice", "Left behind"));
+    signIn();
+    EXPECT_TRUE(bob.WaitForNoSign("alice"));
+}
+
 TEST_F(Network, AnOrderlyEndTakesTheSignAway)
 {
     Person alice("alice");

@@ -201,7 +201,12 @@ TEST_F(Stanzas, TheServersAbilitiesAndErrorsAreRead)
 {
     const std::string head = "<iq><query xmlns='http://jabber.org/protocol/disco#info'>";
     EXPECT_TRUE(host::HasEventing(
-        text.Read(head + "<identity category='pubsub' type='pep'/></query></iq>")));
+        text.Read(head + "<identity category='pubsub' type='pep'/>"
+                         "<feature var='http://jabber.org/protocol/pubsub#publish-options'/>"
+                         "</query></iq>")));
+    EXPECT_FALSE(host::HasEventing(
+        text.Read(head + "<identity category='pubsub' type='pep'/></query></iq>")))
+        << "it would not hold the tune back from strangers";
     EXPECT_FALSE(host::HasEventing(
         text.Read(head + "<identity category='server' type='im'/></query></iq>")));
     EXPECT_FALSE(host::HasEventing(text.Read("<iq type='error'/>")));
