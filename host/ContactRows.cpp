@@ -214,6 +214,8 @@ String ContactRow::GetStateText() const
 {
     if (contact_.sign && !contact_.sign->title.empty())
         return contact_.sign->title;
+    if (contact_.isAsked)
+        return host::GetText(u"STRID_KIVO_ASKED");
     return host::GetText(GetLook(contact_.presence).text);
 }
 
@@ -224,7 +226,7 @@ void ContactRow::BuildRow()
     AddFace(contact_.name, /*hasPresence=*/true);
     AddPhoto(-1, kPresence, {}, GetLook(contact_.presence).picture, {}, {}, 0);
     AddText(kName, isThere ? u"contact_name" : u"contact_away", contact_.name);
-    if (!isThere)
+    if (!isThere && !contact_.isAsked)
         return;
     if (contact_.sign) {
         const String picture = GetCommands().getSignPicture(contact_.sign->kind);
@@ -239,6 +241,8 @@ void ContactRow::BuildRow()
 String ContactRow::GetSpokenText()
 {
     String spoken = contact_.name + u", " + host::GetText(GetLook(contact_.presence).text);
+    if (contact_.isAsked)
+        spoken += u", " + host::GetText(u"STRID_KIVO_ASKED");
     if (contact_.sign)
         spoken += u", " + common::FormatText(host::GetText(u"STRID_KIVO_PLAYS"), {GetStateText()});
     return spoken;

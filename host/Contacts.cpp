@@ -167,6 +167,7 @@ void Contacts::OnContact(const SignContact& contact)
     person.contact.id = contact.id;
     person.contact.name = name;
     person.contact.presence = contact.presence;
+    person.contact.isAsked = contact.isAsked;
     people_->PutSign(person.contact);
     PeopleChanged();
 }

@@ -22,6 +22,7 @@ struct Contact {
     String id;
     String name; // One plain line, never empty.
     SignPresence presence = SignPresence::Offline;
+    bool isAsked = false; // The user has asked to see the contact, who has not answered yet.
     std::optional<ShownSign> sign; // Nothing while the contact is offline.
 };
 

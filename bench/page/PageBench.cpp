@@ -10,12 +10,12 @@
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
-#include <time.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <string>

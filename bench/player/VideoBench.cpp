@@ -94,10 +94,9 @@ Numbers Decode(const std::string& film)
         if (GetSeconds() - start > kLongestWait)
             std::abort();
     return {MeasurePart([&](int milliseconds) {
-        const double from = GetSeconds();
-        for (double left = milliseconds / 1000.0; left > 0;
-             left = milliseconds / 1000.0 - (GetSeconds() - from))
-            mpv_wait_event(core.get(), left);
+        const double end = GetSeconds() + milliseconds / 1000.0;
+        while (GetSeconds() < end)
+            mpv_wait_event(core.get(), std::max(end - GetSeconds(), 0.0));
     })};
 }
 

@@ -44,6 +44,7 @@ struct SignContact {
     String id;   // "name@server", unique.
     String name; // What the user calls the contact; empty: nothing.
     SignPresence presence = SignPresence::Offline;
+    bool isAsked = false; // The user has asked to see the contact, who hasn't answered yet.
 };
 
 // Hears the network. Every text is data of strangers, bounded and cleaned by the network.

@@ -193,7 +193,8 @@ void XmppRoster::Tell(const Contact& contact)
 {
     const String name =
         CleanSignText(common::utf8_to_CString(contact.item.name), kLongestContactName);
-    listener_.OnContact({ToId(contact.item.id), name, GetShown(contact.devices)});
+    listener_.OnContact(
+        {ToId(contact.item.id), name, GetShown(contact.devices), contact.item.isAsked});
 }
 
 void XmppRoster::ShowSign(Contact& contact)

@@ -251,6 +251,16 @@ constexpr RowCase kRows[] = {
 
 INSTANTIATE_TEST_SUITE_P(Rows, ContactRowTest, testing::ValuesIn(kRows), test::CaseName<RowCase>);
 
+TEST_F(ContactsPageTest, SaysThatAContactHasNotAnsweredYet)
+{
+    SetUpAccount();
+    contacts_.OnContact({u"ann", u"ann", SignPresence::Offline, /*isAsked=*/true});
+    PostQueue::Get().RunPending();
+    EXPECT_EQ(FindRow(u"ann")->GetSpokenText(), u"ann, STRID_KIVO_OFFLINE, STRID_KIVO_ASKED");
+    Add(u"ann", SignPresence::Online);
+    EXPECT_EQ(FindRow(u"ann")->GetSpokenText(), u"ann, STRID_KIVO_ONLINE");
+}
+
 TEST_F(ContactsPageTest, KeysDoWhatTheMouseDoes)
 {
     SetUpAccount();
