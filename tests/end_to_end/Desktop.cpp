@@ -231,7 +231,7 @@ void Desktop::DoubleClick(const std::string& kind, const std::string& name)
 }
 
 // In steps, as a hand moves: the first one has to leave the place by more than a click's shake.
-void Desktop::Drag(const Seen& from, int x, int y)
+void Desktop::Drag(const Seen& from, int x, int y) const
 {
     constexpr int kSteps = 6;
     const int startX = from.x + std::min(from.width / 2, 60);
@@ -246,12 +246,12 @@ void Desktop::Drag(const Seen& from, int x, int y)
        " sleep 0.4 mouseup 1");
 }
 
-void Desktop::Press(const std::string& keys)
+void Desktop::Press(const std::string& keys) const
 {
     Do("key --delay 30 " + keys);
 }
 
-void Desktop::Type(const std::string& text)
+void Desktop::Type(const std::string& text) const
 {
     Do("type --delay 8 " + Quote(text));
 }

@@ -58,9 +58,9 @@ public:
 
     void Click(const std::string& kind, const std::string& name, int button = 1);
     void DoubleClick(const std::string& kind, const std::string& name);
-    void Drag(const Seen& from, int x, int y); // Onto that place of the screen.
-    void Press(const std::string& keys);       // As xdotool names them: "ctrl+Right", "F2 Return".
-    void Type(const std::string& text);
+    void Drag(const Seen& from, int x, int y) const; // Onto that place of the screen.
+    void Press(const std::string& keys) const; // As xdotool names them: "ctrl+Right", "F2 Return".
+    void Type(const std::string& text) const;
     std::string Do(const std::string& command) const; // xdotool's own words and answer.
 
     QImage TakePicture(const std::string& file = "screen.png") const; // Null: there is none.

@@ -46,7 +46,7 @@ void ExpectShape(const Clip& clip)
     EXPECT_NEAR(clip.red.top(), clip.blue.top(), 2);
     EXPECT_NEAR(clip.red.bottom(), clip.blue.bottom(), 2);
     // Where the halves meet, enlarging mixes them.
-    EXPECT_NEAR(clip.red.width(), clip.blue.width(), 4 + place.width() / 50);
+    EXPECT_NEAR(clip.red.width(), clip.blue.width(), 4 + place.width() / 50.0);
     EXPECT_NEAR(place.width(), place.height() * 4.0 / 3.0, 4);
 }
 
@@ -165,8 +165,8 @@ TEST_F(PictureOnX11, IsShownResizedHiddenShownAgainAndFillsTheScreen)
     desktop_.Find("control", "Pause");
     desktop_.Press("F11");
     const Clip full = WaitForClip([](const Clip& clip) { return clip.GetPlace().height() > 900; });
-    EXPECT_NEAR(full.GetPlace().center().x(), picture_.width() / 2, 2);
-    EXPECT_NEAR(full.GetPlace().center().y(), picture_.height() / 2, 2);
+    EXPECT_NEAR(full.GetPlace().center().x(), picture_.width() / 2.0, 2);
+    EXPECT_NEAR(full.GetPlace().center().y(), picture_.height() / 2.0, 2);
     EXPECT_NEAR(full.GetPlace().width(), picture_.width(), 2);
     desktop_.Press("Escape");
     WaitForClip([&](const Clip& clip) { return clip.GetPlace() == larger.GetPlace(); });
