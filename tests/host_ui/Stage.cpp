@@ -136,7 +136,7 @@ void Stage::SignIn()
     Settle();
 }
 
-void Stage::AddPerson(const String& id, const String& name, SignPresence presence)
+void Stage::AddPerson(const String& id, const String& name, SignPresence presence) const
 {
     network.listener->OnContact({id, name, presence});
 }

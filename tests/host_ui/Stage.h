@@ -43,7 +43,7 @@ public:
     [[nodiscard]] ContactDesk& GetDesk() { return *desk_; }
     void Open(int width = 340, int height = 680);
     void SignIn(); // Online, with an account and nobody there.
-    void AddPerson(const String& id, const String& name, SignPresence presence);
+    void AddPerson(const String& id, const String& name, SignPresence presence) const;
     void AddSamples(); // People in several scripts, with and without signs.
 
     // Widgets by what a screen reader calls them, and by the id of their control in the innermost

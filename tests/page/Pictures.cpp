@@ -172,7 +172,9 @@ void PressOnEntry(const char16_t* entry, Qt::Key key)
 {
     Once([=] {
         auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        for (QAction* const action : menu != nullptr ? menu->actions() : QList<QAction*>()) {
+        if (menu == nullptr)
+            return false;
+        for (QAction* const action : menu->actions()) {
             if (action->text().section(u'\t', 0, 0) != Say(entry))
                 continue;
             menu->setActiveAction(action);
@@ -255,9 +257,9 @@ HttpServer& Server()
 }
 
 struct Scene {
-    const char* name;
-    std::vector<StageGroup> (*world)();
-    Act act;
+    const char* name = nullptr;
+    std::vector<StageGroup> (*world)() = nullptr;
+    Act act = nullptr;
     int width = 0;
     int height = 0;
 };

@@ -75,7 +75,7 @@ void WriteGroups(const TempFolder& profile, const std::vector<StageGroup>& group
 
 String MakeAppPath()
 {
-    const String app = common::utf8_to_CString(KIVO_APP_FOLDER);
+    String app = common::utf8_to_CString(KIVO_APP_FOLDER);
     common::SetAppPath(app);
     return app;
 }

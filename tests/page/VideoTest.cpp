@@ -30,9 +30,10 @@ Ground GroundOf(const QColor& colour)
 
 class VideoTest : public testing::Test {
 public:
-    void Play(const std::vector<std::string>& files)
+    void Play(const std::vector<std::string>& files) const
     {
         std::vector<String> paths;
+        paths.reserve(files.size());
         for (const std::string& file : files)
             paths.push_back(common::PathToText(std::string(KIVO_TEST_MEDIA) + file));
         stage.GetRemote().Open(paths, u"playing", /*playFirst=*/true);

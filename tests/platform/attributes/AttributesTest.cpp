@@ -107,6 +107,7 @@ void ReadAndEnd(const char* file)
     const std::string all{std::istreambuf_iterator<char>(maps), {}};
     const bool hasTagLib = all.find("libtag") != std::string::npos;
     const bool hasAvformat = all.find("libavformat") != std::string::npos;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the child of a test, with one thread
     std::exit(editor->QueryHeaderInfo() == nullptr ? 9
                                                    : (hasTagLib ? 1 : 0) + (hasAvformat ? 2 : 0));
 }
