@@ -60,7 +60,7 @@ public:
     // One steady tone, cut into tracks of several kinds.
     [[nodiscard]] std::string MakeTrack(const std::string& name) const
     {
-        const std::string path = folder.GetNative() / name;
+        std::string path = folder.GetNative() / name;
         const std::string command = "ffmpeg -nostdin -loglevel error -y -f lavfi -i "
                                     "sine=frequency=441:sample_rate=44100:duration=1.5 -ac 2 '" +
                                     path + "'";

@@ -84,15 +84,15 @@ TEST_F(TreeMenusTest, NameTheKeysOfTheRow)
         const char16_t* keys;
     };
     const Case rows[] = {
-        {MakeTrackMenu({}, u"playing",        false),                          1, u"Return"},
-        {MakeTrackMenu({},       u"playing",                        true),                                        2, u"Space"},
-        {MakeTrackMenu({},           u"mine",    false),9, u"Del"},
-        {MakeTrackMenu({}, u"mine", false),                       10, u"F2"},
-        {MakeTrackMenu({},          u"mine",                           false),                                           11, u""},
-        {MakeGroupMenu({},          user_),                         1,                             u""},
-        {MakeGroupMenu({}, user_),  6, u"Del"},
-        {MakeGroupMenu({},             user_),                              7,                                              u"F2"},
-        {MakeMultiSelectMenu({}),               9,     u"Del"       },
+        {MakeTrackMenu({},        u"playing",       /*offersPause=*/false),                                 1, u"Return"},
+        {MakeTrackMenu({},              u"playing",                              /*offersPause=*/true),                                                                     2, u"Space"},
+        {MakeTrackMenu({},  u"mine",/*offersPause=*/false),9, u"Del"},
+        {MakeTrackMenu({},        u"mine",                /*offersPause=*/false),                                                             10, u"F2"},
+        {MakeTrackMenu({},                 u"mine",                                 /*offersPause=*/false),                                                                        11, u""},
+        {MakeGroupMenu({}, user_),1,u""},
+        {MakeGroupMenu({},        user_), 6, u"Del"},
+        {MakeGroupMenu({},                    user_),                                    7,                                                                           u"F2"},
+        {MakeMultiSelectMenu({}),                      9,                                    u"Del"                                                                                                     },
     };
     for (const auto& [menu, command, keys] : rows) {
         const Released<ui::IMenu> owned(menu);

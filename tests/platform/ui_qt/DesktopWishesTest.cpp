@@ -35,29 +35,29 @@ class DesktopWishesTest : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
-        bus_ = std::make_unique<QProcess>();
-        bus_->start(QStringLiteral("dbus-daemon"),
-                    {QStringLiteral("--session"),
-                     QStringLiteral("--nofork"),
-                     QStringLiteral("--print-address=1")});
-        if (!bus_->waitForStarted(kWait) || !bus_->waitForReadyRead(kWait))
+        bus = std::make_unique<QProcess>();
+        bus->start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--session"),
+                    QStringLiteral("--nofork"),
+                    QStringLiteral("--print-address=1")});
+        if (!bus->waitForStarted(kWait) || !bus->waitForReadyRead(kWait))
             return;
-        const QByteArray address = bus_->readLine().trimmed();
+        const QByteArray address = bus->readLine().trimmed();
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
         QDBusConnection::connectToBus(QString::fromLatin1(address), kPortalSide);
     }
     static void TearDownTestSuite()
     {
         QDBusConnection::disconnectFromBus(kPortalSide);
-        bus_->terminate();
-        bus_->waitForFinished(kWait);
-        bus_.reset();
+        bus->terminate();
+        bus->waitForFinished(kWait);
+        bus.reset();
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     }
 
     void SetUp() override
     {
-        if (bus_->state() != QProcess::Running)
+        if (bus->state() != QProcess::Running)
             GTEST_SKIP() << "there is no dbus-daemon";
         QDBusConnection connection(kPortalSide);
         ASSERT_TRUE(connection.registerService(kPortal));
@@ -66,7 +66,7 @@ protected:
     }
 
     FakePortal portal_;
-    inline static std::unique_ptr<QProcess> bus_;
+    inline static std::unique_ptr<QProcess> bus;
 };
 
 TEST_F(DesktopWishesTest, AsksForTheDesktopsColoursWithoutWaiting)

@@ -13,8 +13,6 @@
 #include <cstdio>
 #include <string_view>
 
-extern char** environ;
-
 namespace kivo::test {
 
 namespace {
@@ -43,6 +41,7 @@ std::vector<std::string> MakeEnvironment(const std::string& display, int descrip
 std::vector<char*> PointTo(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
