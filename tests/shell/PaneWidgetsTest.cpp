@@ -129,6 +129,8 @@ TEST_F(PaneWidgetsTest, ThePaneKeepsItsHeightWhateverTheWindowGets)
 
 int main(int argc, char** argv)
 {
+    // The build asks for the names of the tests, also where there is no display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
