@@ -136,8 +136,6 @@ int CPlayerPanel::OnBuildControlAfter()
     bar_->SetSkinName(u"tunehive_player");
     bar_->SetAnchorStyle(ui::anchor::kTop);
     bar_->SetBounds(0, 0, 10, 6);
-    bar_->SetAccessibleName(
-        common::CMutiLanSupport::GetInstance()->GetStringViaID(u"STRID_TUNEHIVE_NAME_POSITION"));
     bar_->Create(parent_);
     bar_->SetRange(0, 100);
     bar_->SetPosition(0);
@@ -186,7 +184,7 @@ bool CPlayerPanel::EnterPlaying(IMediaPlayer& player)
     StopSeconds();
     StopBuffering();
     ShowState(0);
-    ShowPauseButton();
+    ShowPlayButton(/*shown=*/false);
     if (bar_ != nullptr)
         bar_->SetLocked(/*locked=*/false);
     const String url = player.GetURL();
@@ -211,6 +209,7 @@ bool CPlayerPanel::StartFresh(IMediaPlayer& player, const String& url)
     duration_ = player.GetDuration();
     TellLibrary(url, duration_);
     if (!(duration_ > 0.0) && !IsStreamURL(url)) {
+        addressSet_ = false;
         player.Stop();
         ResetSlider();
         return false;
@@ -226,7 +225,7 @@ bool CPlayerPanel::StartFresh(IMediaPlayer& player, const String& url)
 
 void CPlayerPanel::EnterPaused()
 {
-    ShowPlayButton();
+    ShowPlayButton(/*shown=*/true);
     StopSeconds();
     EndWait();
     paused_ = true;
@@ -264,7 +263,7 @@ bool CPlayerPanel::EnterReady(const String& url)
         return false;
     }
     if (!PathFileExistsW(url) && !PostNext() && IsBeyond())
-        ShowPlayButton();
+        ShowPlayButton(/*shown=*/true);
     return true;
 }
 
@@ -276,7 +275,7 @@ void CPlayerPanel::EnterStopped()
     paused_ = false;
     RemoveSign();
     if (IsBeyond() && !addressSet_)
-        ShowPlayButton();
+        ShowPlayButton(/*shown=*/true);
 }
 
 // Stopped or paused in mid-buffering nobody waits any more, though no state will say so.
@@ -316,8 +315,9 @@ void CPlayerPanel::OnSecond()
 
 void CPlayerPanel::ShowState(int show, int state)
 {
-    if ((show == 0 && !stateLineShown_) || CMediaPlayerManager::FindPlayer() == nullptr ||
-        controlPanel_ == nullptr || statePanel_ == nullptr) {
+    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
+    if ((show == 0 && !stateLineShown_) || player == nullptr || controlPanel_ == nullptr ||
+        statePanel_ == nullptr) {
         return;
     }
     int height = controlPanel_->GetHeight();
@@ -326,7 +326,7 @@ void CPlayerPanel::ShowState(int show, int state)
         String text;
         if (state == static_cast<int>(PlayerState::Buffering)) {
             text = common::FormatNumber(language->GetStringViaID(u"STRID_TUNEHIVE_STATE_BUFFER"),
-                                        CMediaPlayerManager::FindPlayer()->GetBufferingProgress());
+                                        player->GetBufferingProgress());
         } else if (state == static_cast<int>(PlayerState::Transitioning)) {
             text = language->GetStringViaID(u"STRID_TUNEHIVE_STATE_TRANSITIONING");
         } else {
@@ -365,29 +365,18 @@ void CPlayerPanel::StopPlayback(int userStop)
     StopSeconds();
     ShowState(0);
     StopBuffering();
-    ShowPlayButton();
+    ShowPlayButton(/*shown=*/true);
     ResetSlider();
     RemoveSign();
     ShowStopButton();
 }
 
-void CPlayerPanel::ShowPlayButton()
+void CPlayerPanel::ShowPlayButton(bool shown)
 {
     if (playButton_ == nullptr || pauseButton_ == nullptr)
         return;
-    playButton_->SetVisible(1);
-    pauseButton_->SetVisible(0);
-    AddAllSubTooltip();
-    RePositionSubControls();
-    Refresh();
-}
-
-void CPlayerPanel::ShowPauseButton()
-{
-    if (playButton_ == nullptr || pauseButton_ == nullptr)
-        return;
-    playButton_->SetVisible(0);
-    pauseButton_->SetVisible(1);
+    playButton_->SetVisible(shown ? 1 : 0);
+    pauseButton_->SetVisible(shown ? 0 : 1);
     AddAllSubTooltip();
     RePositionSubControls();
     Refresh();

@@ -92,9 +92,8 @@ private:
     [[nodiscard]] String PickByMode(int mode, IPlayingList& list, const String& candidate) const;
 
     void ShowState(int show, int state = 0);
-    void ShowPlayButton();
-    void ShowStopButton(); // As it can be used: with something open, or on its way to be.
-    void ShowPauseButton();
+    void ShowPlayButton(bool shown); // Or the pause button in its place.
+    void ShowStopButton();           // As it can be used: with something open, or on its way to be.
     void ResetSlider();
     void StopSeconds();
     void StopBuffering();

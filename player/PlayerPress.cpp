@@ -172,7 +172,7 @@ void CPlayerPanel::Step(bool forward)
     if (!url.empty())
         SetPlayerURL(url);
     else if (IsBeyond())
-        ShowPlayButton();
+        ShowPlayButton(/*shown=*/true);
 }
 
 void CPlayerPanel::SetPlayerURL(const String& url)

@@ -12,6 +12,7 @@ namespace kivo {
 namespace {
 
 constexpr double kEndGuard = 0.2; // A seek to the very end would end the track at once.
+constexpr double kFarthest = 1e9; // Seconds, where no length says how far it goes.
 constexpr unsigned kTickPeriod = 500;
 
 // Whose a timer is: its callback is told no more than its handle.
@@ -89,8 +90,8 @@ void Engine::SetPosition(double seconds)
     if (stage_ != Stage::Started || !facts_.seekable || std::isnan(seconds))
         return;
     // A stream without a length can move within what it has kept, as far as the core allows.
-    const double last = duration_ > 0 ? std::max(0.0, duration_ - kEndGuard) : seconds;
-    HoldPosition(std::clamp(seconds, 0.0, std::max(0.0, last)));
+    const double last = duration_ > 0 ? std::max(0.0, duration_ - kEndGuard) : kFarthest;
+    HoldPosition(std::clamp(seconds, 0.0, last));
     stale_ = asked_;
     watchdog_.Restart(GetSteadyTime());
     std::array<char, 32> text{};
@@ -125,6 +126,7 @@ void Engine::Rest()
     parts_->GetRender().SetOpen(/*open=*/false);
 }
 
+// After Rest, which ends the clock that a tail needs.
 void Engine::StopCore()
 {
     if (!isCoreBusy_)
@@ -148,8 +150,8 @@ void Engine::Begin()
     case AddressKind::Network: LoadInTurn(); break;
     case AddressKind::NotPlayable: Fail(); break;
     case AddressKind::Missing:
-        StopCore();
         Rest();
+        StopCore();
         Report(EngineState::Ready);
         break;
     }
@@ -211,8 +213,8 @@ void Engine::Fail()
         Load(secondTry);
         return;
     }
-    StopCore();
     Rest();
+    StopCore();
     const bool isLocal = address_.kind != AddressKind::Network;
     // A file that fails again and again would else be tried thousands of times a minute by whoever
     // repeats it.
@@ -223,8 +225,8 @@ void Engine::Fail()
 void Engine::Finish()
 {
     isAtEnd_ = false;
-    StopCore();
     Rest();
+    StopCore();
     Report(EngineState::Ended);
 }
 

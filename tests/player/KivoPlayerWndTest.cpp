@@ -1,14 +1,14 @@
 #include "player/KivoPlayerWnd.h"
 
-#include "player/MediaPlayerManager.h"
-#include "player/PlayerState.h"
 #include "shell/base/Settings.h"
 #include "shell/contracts/base/Released.h"
 #include "shell/contracts/framework/Hooks.h"
+#include "tests/support/CaseName.h"
 #include "tests/support/ScriptedControl.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <vector>
 
 namespace kivo::test {
@@ -20,54 +20,77 @@ using tunehive::IMediaPlayer;
 
 class PlayerWndTest : public testing::Test {
 public:
-    void Init() const { ASSERT_NE(player->Init(nullptr), 0); }
+    void Init()
+    {
+        ASSERT_EQ(player->Init(nullptr), 1);
+        control.calls.clear();
+    }
 
     ScriptedControl control;
     ScriptedSurface surface;
     Released<CKivoPlayerWnd> player = Released<CKivoPlayerWnd>(new CKivoPlayerWnd);
 };
 
-TEST_F(PlayerWndTest, AnswersWithoutAControlAndTouchesNothing)
+template <class T>
+std::string Tell(const T& value)
 {
-    IMediaPlayer& p = *player;
-    tunehive::SetRememberedVolume(33);
-    EXPECT_EQ(p.IsInited(), 0);
-    EXPECT_FALSE(p.IsCreated());
-    EXPECT_EQ(p.GetURL(), u"");
-    EXPECT_EQ(p.SetURL(u"/a.mp3", /*autoplay=*/1), 1);
-    EXPECT_EQ(p.Play(), 1);
-    EXPECT_EQ(p.Stop(), 1);
-    EXPECT_EQ(p.Pause(), 1);
-    EXPECT_EQ(p.GetDuration(), -1.0);
-    EXPECT_EQ(p.GetDurationString(), u"");
-    EXPECT_EQ(p.GetVolume(), -1);
-    EXPECT_EQ(p.SetVolume(50), 1);
-    EXPECT_FALSE(p.GetMute());
-    EXPECT_EQ(p.SetMute(/*on=*/true), 1);
-    EXPECT_EQ(p.GetPosition(), -1.0);
-    EXPECT_EQ(p.GetPositionString(), u"");
-    EXPECT_EQ(p.SetPosition(3), 1);
-    EXPECT_EQ(p.GetPlayState(), -1);
-    EXPECT_EQ(p.GetBufferingProgress(), 0);
-    EXPECT_FALSE(p.GetFullScreen());
-    p.SetFullScreen(/*on=*/true);
-    EXPECT_FALSE(p.GetFullScreen());
-    EXPECT_EQ(RunHooks(WH_KEYBOARD, 27, 0), 0);
-    EXPECT_EQ(p.GetItemInfo(u"Title"), u"");
-    EXPECT_EQ(p.GetImageWidth(), 0);
-    EXPECT_EQ(p.GetImageHeight(), 0);
-    EXPECT_TRUE(p.CanPlay(u"anything"));
-    EXPECT_EQ(p.GetPlayerId(), 55442);
-    p.SetBounds(0, 0, 10, 10);
-    p.Show(1);
-    EXPECT_EQ(control.madeCount, 0);
-    EXPECT_TRUE(control.calls.empty());
-    EXPECT_EQ(tunehive::GetRememberedVolume(), 33);
+    std::ostringstream text;
+    text << value;
+    return text.str();
 }
 
-TEST_F(PlayerWndTest, AnswersWhatTheControlSays)
+std::string Tell(const String& value)
 {
+    return {value.begin(), value.end()};
+}
+
+struct OperationCase {
+    const char* name;
+    std::string (*run)(IMediaPlayer& player);
+    const char* without; // What it gives without a control,
+    const char* with;    // and with one.
+    const char* call;    // That the control gets; empty: none.
+};
+
+constexpr OperationCase kOperations[] = {
+    {"IsInited",     [](IMediaPlayer& p) { return Tell(p.IsInited()); },             "0",     "1",        ""             },
+    {"IsCreated",    [](IMediaPlayer& p) { return Tell(p.IsCreated()); },            "0",     "1",        ""             },
+    {"GetURL",       [](IMediaPlayer& p) { return Tell(p.GetURL()); },               "",      "/old.mp3", ""             },
+    {"SetURL",       [](IMediaPlayer& p) { return Tell(p.SetURL(u"/a", 1)); },       "1",     "0",        "SetURL /a"    },
+    {"Play",         [](IMediaPlayer& p) { return Tell(p.Play()); },                 "1",     "0",        "Play"         },
+    {"Stop",         [](IMediaPlayer& p) { return Tell(p.Stop()); },                 "1",     "0",        "Stop"         },
+    {"Pause",        [](IMediaPlayer& p) { return Tell(p.Pause()); },                "1",     "0",        "Pause"        },
+    {"Duration",     [](IMediaPlayer& p) { return Tell(p.GetDuration()); },          "-1",    "12.5",     ""             },
+    {"DurationText", [](IMediaPlayer& p) { return Tell(p.GetDurationString()); },    "",      "12 s",     ""             },
+    {"Volume",       [](IMediaPlayer& p) { return Tell(p.GetVolume()); },            "-1",    "70",       ""             },
+    {"SetVolume",    [](IMediaPlayer& p) { return Tell(p.SetVolume(41)); },          "1",     "0",        "SetVolume 41" },
+    {"Mute",         [](IMediaPlayer& p) { return Tell(p.GetMute()); },              "0",     "1",        ""             },
+    {"SetMute",      [](IMediaPlayer& p) { return Tell(p.SetMute(true)); },          "1",     "0",        "SetMute 1"    },
+    {"Position",     [](IMediaPlayer& p) { return Tell(p.GetPosition()); },          "-1",    "4",        ""             },
+    {"PositionText", [](IMediaPlayer& p) { return Tell(p.GetPositionString()); },    "",      "4 s",      ""             },
+    {"Seek",         [](IMediaPlayer& p) { return Tell(p.SetPosition(7)); },         "1",     "0",        "SetPosition 7"},
+    {"PlayState",    [](IMediaPlayer& p) { return Tell(p.GetPlayState()); },         "-1",    "9",        ""             },
+    {"Buffering",    [](IMediaPlayer& p) { return Tell(p.GetBufferingProgress()); }, "0",     "44",       ""             },
+    {"FullScreen",   [](IMediaPlayer& p) { return Tell(p.GetFullScreen()); },        "0",     "0",        ""             },
+    {"ItemInfo",     [](IMediaPlayer& p) { return Tell(p.GetItemInfo(u"Title")); },  "",      "A Song",   ""             },
+    {"ImageWidth",   [](IMediaPlayer& p) { return Tell(p.GetImageWidth()); },        "0",     "320",      ""             },
+    {"ImageHeight",  [](IMediaPlayer& p) { return Tell(p.GetImageHeight()); },       "0",     "240",      ""             },
+    {"CanPlay",      [](IMediaPlayer& p) { return Tell(p.CanPlay(u"anything")); },   "1",     "1",        ""             },
+    {"PlayerId",     [](IMediaPlayer& p) { return Tell(p.GetPlayerId()); },          "55442", "55442",    ""             },
+};
+
+class OperationTest : public PlayerWndTest, public testing::WithParamInterface<OperationCase> {};
+
+TEST_P(OperationTest, ReachesTheControlThatThereIs)
+{
+    const OperationCase& row = GetParam();
+    tunehive::SetRememberedVolume(33);
+    EXPECT_EQ(row.run(*player), row.without);
+    EXPECT_EQ(control.madeCount, 0);
+    EXPECT_EQ(tunehive::GetRememberedVolume(), 33);
+
     Init();
+    control.url = u"/old.mp3";
     control.duration = 12.5;
     control.position = 4;
     control.volume = 70;
@@ -77,41 +100,29 @@ TEST_F(PlayerWndTest, AnswersWhatTheControlSays)
     control.itemInfo[u"Title"] = u"A Song";
     control.imageWidth = 320;
     control.imageHeight = 240;
-    EXPECT_EQ(player->SetURL(u"/a.mp3", /*autoplay=*/1), 0);
-    EXPECT_EQ(player->GetURL(), u"/a.mp3");
-    EXPECT_EQ(player->GetDuration(), 12.5);
-    EXPECT_EQ(player->GetDurationString(), u"12 s");
-    EXPECT_EQ(player->GetPosition(), 4);
-    EXPECT_EQ(player->GetPositionString(), u"4 s");
-    EXPECT_EQ(player->GetVolume(), 70);
-    EXPECT_TRUE(player->GetMute());
-    EXPECT_EQ(player->GetPlayState(), 9);
-    EXPECT_EQ(player->GetBufferingProgress(), 44);
-    EXPECT_EQ(player->GetItemInfo(u"Title"), u"A Song");
-    EXPECT_EQ(player->GetImageWidth(), 320);
-    EXPECT_EQ(player->GetImageHeight(), 240);
+    EXPECT_EQ(row.run(*player), row.with);
+    EXPECT_EQ(control.GetLastCall(), row.call);
+    EXPECT_EQ(tunehive::GetRememberedVolume(), control.CountCalls("SetVolume") == 1 ? 41 : 33);
 }
 
-TEST_F(PlayerWndTest, PassesEachCommandOnAndReportsItDone)
+INSTANTIATE_TEST_SUITE_P(Each,
+                         OperationTest,
+                         testing::ValuesIn(kOperations),
+                         CaseName<OperationCase>);
+
+TEST_F(PlayerWndTest, WithoutAControlFullScreenAndWindowTouchNothing)
 {
-    Init();
-    control.calls.clear();
-    EXPECT_EQ(player->Play(), 0);
-    EXPECT_EQ(player->Pause(), 0);
-    EXPECT_EQ(player->Stop(), 0);
-    EXPECT_EQ(player->SetMute(/*on=*/true), 0);
-    EXPECT_EQ(player->SetPosition(7), 0);
-    EXPECT_EQ(player->SetVolume(41), 0);
-    const std::vector<std::string> expected = {
-        "Play", "Pause", "Stop", "SetMute 1", "SetPosition 7", "SetVolume 41"};
-    EXPECT_EQ(control.calls, expected);
-    EXPECT_EQ(tunehive::GetRememberedVolume(), 41);
+    player->SetFullScreen(/*on=*/true);
+    player->SetBounds(0, 0, 10, 10);
+    player->Show(1);
+    EXPECT_FALSE(player->GetFullScreen());
+    EXPECT_EQ(RunHooks(WH_KEYBOARD, 27, 0), 0);
+    EXPECT_TRUE(control.calls.empty());
 }
 
 TEST_F(PlayerWndTest, OnlyAZeroAutoplayTouchesTheAutoStart)
 {
     Init();
-    control.calls.clear();
     player->SetURL(u"/a.mp3", /*autoplay=*/1);
     player->SetURL(u"/b.mp3", /*autoplay=*/0);
     player->SetURL(u"/c.mp3", /*autoplay=*/2);
@@ -120,30 +131,19 @@ TEST_F(PlayerWndTest, OnlyAZeroAutoplayTouchesTheAutoStart)
     EXPECT_EQ(control.calls, expected);
 }
 
-TEST_F(PlayerWndTest, ASecondInitChangesNothing)
+TEST_F(PlayerWndTest, TheFirstInitThatSucceedsIsTheOnlyOne)
 {
     CWnd first;
     CWnd second;
-    EXPECT_NE(player->Init(&first), 0);
-    EXPECT_EQ(player->Init(&second), 1);
-    EXPECT_EQ(control.madeCount, 1);
-    EXPECT_EQ(surface.parent, &first);
-}
-
-TEST_F(PlayerWndTest, WithoutAnEngineInitFailsAndMayBeTriedAgain)
-{
     control.canBeMade = false;
-    EXPECT_EQ(player->Init(nullptr), 0);
+    EXPECT_EQ(player->Init(&first), 0);
     EXPECT_EQ(player->IsInited(), 0);
     EXPECT_FALSE(player->IsCreated());
     control.canBeMade = true;
-    EXPECT_NE(player->Init(nullptr), 0);
-    EXPECT_TRUE(player->IsCreated());
-}
-
-TEST_F(PlayerWndTest, InitHidesTheControlsOwnButtonsAndMenu)
-{
-    Init();
+    EXPECT_EQ(player->Init(&first), 1);
+    EXPECT_EQ(player->Init(&second), 1);
+    EXPECT_EQ(control.madeCount, 1);
+    EXPECT_EQ(surface.parent, &first);
     EXPECT_EQ(player->GetControlState().uiMode, u"None");
     EXPECT_FALSE(player->GetControlState().contextMenu);
     EXPECT_FALSE(player->IsWindowVisible());
@@ -151,37 +151,28 @@ TEST_F(PlayerWndTest, InitHidesTheControlsOwnButtonsAndMenu)
 
 TEST_F(PlayerWndTest, UiModesHaveTheirNames)
 {
-    struct Row {
-        int mode;
-        const char16_t* name;
-    };
     Init();
-    for (const Row& row : {
-             Row{0, u"Full"},
-             Row{1, u"Mini"},
-             Row{2, u"None"},
-             Row{5, u"Full"}
+    for (const auto& [mode, name] : {
+             std::pair{0,  u"Full"},
+             {1,  u"Mini"},
+             {2,  u"None"},
+             {5,  u"Full"},
+             {-1, u"Full"}
     }) {
-        SCOPED_TRACE(row.mode);
-        player->SetUIMode(row.mode);
-        EXPECT_EQ(player->GetControlState().uiMode, row.name);
+        player->SetUIMode(mode);
+        EXPECT_EQ(player->GetControlState().uiMode, name) << mode;
     }
 }
 
-TEST_F(PlayerWndTest, BoundsKeepTheirSizeAndLoseTheirPlace)
+TEST_F(PlayerWndTest, BoundsKeepTheirSizeAndThePeerTellsThePixels)
 {
     Init();
     player->SetBounds(30, 40, 350, 280);
     EXPECT_EQ(surface.bounds, (Rect{0, 0, 320, 240}));
-    player->Show(1);
-    EXPECT_TRUE(surface.visible);
-    player->Show(0);
-    EXPECT_FALSE(surface.visible);
-}
-
-TEST_F(PlayerWndTest, ThePeerTellsTheEngineItsPixels)
-{
-    Init();
+    for (const bool isShown : {true, false}) {
+        player->Show(isShown ? 1 : 0);
+        EXPECT_EQ(surface.visible, isShown);
+    }
     surface.surface->OnSurfaceChanged(640, 480, /*visible=*/true);
     EXPECT_EQ(control.GetLastCall(), "SetSurface 640 480 1");
 }
@@ -204,16 +195,15 @@ TEST_F(PlayerWndTest, EscapeAndDoubleClickLeaveFullScreenAndPassOn)
         bool leaves;
     };
     static int passed = 0;
-    const HookHandle other =
-        SetWindowsHookExW(WH_KEYBOARD, [](int, WPARAM, LPARAM) -> LPARAM { return ++passed; });
-    const HookHandle otherMouse =
-        SetWindowsHookExW(WH_MOUSE, [](int, WPARAM, LPARAM) -> LPARAM { return ++passed; });
+    const HookProc note = [](int, WPARAM, LPARAM) -> LPARAM { return ++passed; };
+    const HookHandle others[] = {SetWindowsHookExW(WH_KEYBOARD, note),
+                                 SetWindowsHookExW(WH_MOUSE, note)};
     Init();
     for (const Row& row : {
              Row{WH_KEYBOARD, 27,  true },
              Row{WH_KEYBOARD, 65,  false},
              Row{WH_MOUSE,    515, true },
-             Row{WH_MOUSE,    513, false}
+             Row{WH_MOUSE,    513, false},
     }) {
         SCOPED_TRACE(row.input);
         player->SetFullScreen(/*on=*/true);
@@ -224,11 +214,9 @@ TEST_F(PlayerWndTest, EscapeAndDoubleClickLeaveFullScreenAndPassOn)
         EXPECT_EQ(player->GetFullScreen(), !row.leaves);
         EXPECT_EQ(surface.fullScreen, !row.leaves);
     }
-    player->SetFullScreen(/*on=*/false);
-    UnhookWindowsHookEx(other);
-    UnhookWindowsHookEx(otherMouse);
-    player->SetFullScreen(/*on=*/true);
-    player->SetFullScreen(/*on=*/true);
+    for (const HookHandle other : others)
+        UnhookWindowsHookEx(other);
+    player->SetFullScreen(/*on=*/true); // The last row left it on: once more is no second hook.
     player->SetFullScreen(/*on=*/false);
     passed = 0;
     EXPECT_EQ(RunHooks(WH_KEYBOARD, 27, 0), 0) << "A hook stayed behind.";
@@ -260,25 +248,13 @@ TEST_F(PlayerWndTest, ReleaseLeavesFullScreenAndEndsTheControl)
 
 TEST_F(PlayerWndTest, TheGroundIsBlackOnlyWhileAVideoIsOpen)
 {
-    struct Row {
-        int width;
-        int state;
-        bool isOpen;
-    };
     Init();
-    for (const Row& row : {
-             Row{320, 3, true },
-             Row{320, 2, true },
-             Row{320, 6, true },
-             Row{320, 1, false},
-             Row{320, 8, false},
-             Row{320, 9, false},
-             Row{0,   3, false}
-    }) {
-        SCOPED_TRACE(row.state);
-        control.imageWidth = row.width;
-        control.state = row.state;
-        EXPECT_EQ(surface.surface->IsVideoOpen(), row.isOpen);
+    for (const int state : {1, 2, 3, 6, 8, 9, 10}) {
+        control.state = state;
+        control.imageWidth = 320;
+        EXPECT_EQ(surface.surface->IsVideoOpen(), state == 2 || state == 3 || state == 6) << state;
+        control.imageWidth = 0;
+        EXPECT_FALSE(surface.surface->IsVideoOpen()) << state;
     }
 }
 
