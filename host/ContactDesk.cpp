@@ -126,7 +126,7 @@ void ContactDesk::Answer(const String& id)
     const AskForm::Answer answer = AskForm(question).GetAnswer(window_);
     if (answer == AskForm::Answer::None)
         return; // Asked again another time.
-    parts_.contacts.DropRequest(id);
+    parts_.contacts.OnRequestGone(id);
     parts_.signs.AnswerContact(id, answer == AskForm::Answer::Yes);
 }
 

@@ -75,6 +75,8 @@ MakeNotice(const SignState& state, SignConnection connection, const String& serv
 {
     const ConnectionLook& look = GetLook(connection);
     ContactNotice notice;
+    if (connection == SignConnection::Online && state.losesPassword)
+        notice.text = GetText(u"STRID_KIVO_NOTICE_NOTKEPT");
     if (!look.hasNotice)
         return notice;
     // The next try is under way, though nobody has said so yet.

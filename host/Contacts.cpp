@@ -136,12 +136,6 @@ const Contact* Contacts::Find(const String& id) const
     return found != people_->byId.end() ? &found->second.contact : nullptr;
 }
 
-void Contacts::DropRequest(const String& id)
-{
-    if (std::erase(requests_, id) > 0)
-        PeopleChanged();
-}
-
 void Contacts::OnState(const SignState& state)
 {
     state_ = state;
@@ -176,7 +170,6 @@ void Contacts::OnContactGone(const String& id)
 {
     people_->byId.erase(id);
     people_->signs.erase(id);
-    std::erase(requests_, id); // Whoever asked has thought better of it.
     PeopleChanged();
 }
 
@@ -187,6 +180,12 @@ void Contacts::OnContactAsks(const String& id)
         return;
     requests_.push_back(id);
     PeopleChanged();
+}
+
+void Contacts::OnRequestGone(const String& id)
+{
+    if (std::erase(requests_, id) > 0)
+        PeopleChanged();
 }
 
 void Contacts::OnSign(const String& id,

@@ -58,13 +58,13 @@ public:
     [[nodiscard]] std::vector<const Contact*> GetSorted() const;
     [[nodiscard]] const Contact* Find(const String& id) const; // Null: no contact.
     [[nodiscard]] const std::vector<String>& GetRequests() const { return requests_; } // Ids.
-    void DropRequest(const String& id); // It has been answered.
     [[nodiscard]] const std::optional<ShownSign>& GetOwnSign() const { return ownSign_; }
 
     void OnState(const SignState& state) override;
     void OnContact(const SignContact& contact) override;
     void OnContactGone(const String& id) override;
     void OnContactAsks(const String& id) override;
+    void OnRequestGone(const String& id) override;
     void OnSign(const String& id,
                 const String& kind,
                 const String& title,

@@ -382,6 +382,7 @@ void Session::Stop()
     TellFailedWrites();
     if (isAtRest)
         return;
+    signs_.reset(); // Contacts see what plays until the network has said that nothing does.
     terminal_.PrintLine("a disk doesn't answer; what could be saved is saved");
     std::_Exit(status_.value_or(kDone));
 }

@@ -33,9 +33,10 @@ enum class SignConnection {
 struct SignState {
     SignConnection connection = SignConnection::LocalOnly;
     int seconds = 0;
-    String reason;           // In plain words, for the user; data of a stranger.
-    std::string fingerprint; // SHA-256 in hexadecimal digits.
-    String ownId;            // The own address as the server bound it.
+    String reason;              // In plain words, for the user; data of a stranger.
+    std::string fingerprint;    // SHA-256 in hexadecimal digits.
+    String ownId;               // The own address as the server bound it.
+    bool losesPassword = false; // Online: no keyring took it, so the next start asks for it.
 };
 
 enum class SignPresence { Offline, Online, Away, Busy };
@@ -54,7 +55,9 @@ public:
     virtual void OnState(const SignState& state) = 0;
     virtual void OnContact(const SignContact& contact) = 0; // A new one, or one that changed.
     virtual void OnContactGone(const String& id) = 0;
-    virtual void OnContactAsks(const String& id) = 0; // Wants to see the user; AnswerContact.
+    // Somebody wants to see the user, perhaps a contact; AnswerContact.
+    virtual void OnContactAsks(const String& id) = 0;
+    virtual void OnRequestGone(const String& id) = 0; // Taken back, or answered elsewhere.
     virtual void OnSign(const String& id,
                         const String& kind,
                         const String& title,
@@ -79,7 +82,7 @@ public:
     virtual void SignOut() = 0;
 
     // Answers PasswordNeeded, and Refused with another try. `keep` writes it to the store once the
-    // server has taken it; else it is kept in memory until SignOut.
+    // server has taken it; else it is kept in memory until SignOut, and the store's is erased.
     virtual void GivePassword(const std::string& password, bool keep) = 0;
 
     // Waiting or refused, it tries again at once, with the password that it has.
@@ -93,6 +96,8 @@ public:
     virtual void SetSign(const String& kind, const String& title, const Property& sign) = 0;
     virtual void RemoveSign() = 0;
 
+    // What is asked while offline is sent once online, up to a hundred requests; another account
+    // or SignOut drops them.
     virtual void AddContact(const String& id) = 0;
     virtual void AnswerContact(const String& id, bool yes) = 0;
     virtual void RemoveContact(const String& id) = 0;

@@ -6,12 +6,18 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 namespace kivo::host {
 
 namespace {
+
+// Events, so that a flood of them neither holds up the window nor fills the memory.
+constexpr std::size_t kMostAtOnce = 500;
+constexpr std::size_t kMostWaiting = 2000;
 
 class Delivery final : public ISDKEvent {
 public:
@@ -29,9 +35,12 @@ private:
 
 } // namespace
 
-SignMail::SignMail(std::unique_ptr<ISecretStore> passwords, SignAddressRule addresses)
+SignMail::SignMail(std::unique_ptr<ISecretStore> passwords,
+                   SignAddressRule addresses,
+                   const SignPatience& longest)
     : store(std::move(passwords))
     , rule(addresses)
+    , patience(longest)
     , wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
 }
@@ -80,14 +89,32 @@ void SignMail::Tell(Event event, unsigned session)
 void SignMail::Deliver()
 {
     std::deque<Letter> letters;
+    bool wasFull = false;
+    bool isMore = false;
     {
         const std::lock_guard lock(mutex_);
-        letters.swap(letters_);
+        wasFull = letters_.size() >= kMostWaiting;
+        const std::size_t count = std::min(letters_.size(), kMostAtOnce);
+        const auto end = letters_.begin() + static_cast<std::ptrdiff_t>(count);
+        letters.assign(std::move_iterator(letters_.begin()), std::move_iterator(end));
+        letters_.erase(letters_.begin(), end);
+        isMore = !letters_.empty();
     }
+    if (wasFull)
+        Wake();
     for (const Letter& letter : letters) {
         if (receiver_ != nullptr)
             receiver_->OnMail(letter.event, letter.session);
     }
+    if (isMore)
+        PostQueue::Get().Post(new Delivery(shared_from_this()));
+}
+
+bool SignMail::IsFull()
+{
+    // Whoever quits waits for the thread and takes nothing more.
+    const std::lock_guard lock(mutex_);
+    return letters_.size() >= kMostWaiting && !isQuitting_;
 }
 
 std::deque<SignMail::Order> SignMail::TakeOrders()

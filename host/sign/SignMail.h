@@ -3,6 +3,7 @@
 #include "host/sign/ISecretStore.h"
 #include "host/sign/ISignNetwork.h"
 #include "host/sign/SignAddress.h"
+#include "host/sign/SignPatience.h"
 #include "host/sign/SocketWatch.h"
 
 #include <chrono>
@@ -32,7 +33,9 @@ public:
         ~IReceiver() = default;
     };
 
-    SignMail(std::unique_ptr<ISecretStore> passwords, SignAddressRule addresses);
+    SignMail(std::unique_ptr<ISecretStore> passwords,
+             SignAddressRule addresses,
+             const SignPatience& longest);
     SignMail(const SignMail&) = delete;
     SignMail& operator=(const SignMail&) = delete;
     ~SignMail();
@@ -54,9 +57,10 @@ public:
 
     // Borrowed; null: nobody listens any more. Thread: user interface.
     void SetReceiver(IReceiver* receiver) { receiver_ = receiver; }
-    void Deliver();
+    void Deliver(); // A part of what has come; the rest has been posted again.
 
     // Of the network thread.
+    [[nodiscard]] bool IsFull(); // So much waits that no more should be told for now.
     [[nodiscard]] std::deque<Order> TakeOrders(); // What has been sent.
     [[nodiscard]] bool IsQuitting();
     [[nodiscard]] int GetWakeDescriptor() const { return wake_; } // Readable: something was sent.
@@ -65,6 +69,7 @@ public:
     SocketWatch watch;                         // Thread: any.
     const std::unique_ptr<ISecretStore> store; // Thread: the network's.
     const SignAddressRule rule;
+    const SignPatience patience;
 
 private:
     struct Letter {

@@ -7,32 +7,38 @@
 namespace kivo::host {
 
 SignNetwork::SignNetwork(const String& localName, Maker maker)
-    : local_(localName)
+    : localName_(localName)
     , maker_(std::move(maker))
 {
 }
 
-ISignNetwork& SignNetwork::Current()
-{
-    return online_ ? *online_ : local_;
-}
-
 void SignNetwork::GoOnline()
 {
-    online_ = maker_(local_.GetOwnId());
+    online_ = maker_ ? maker_(localName_) : nullptr;
     if (!online_)
         return;
-    local_.SetListener(nullptr);
     online_->SetPublishing(publishes_, withAddress_);
     online_->SetListener(listener_);
-    if (const std::optional<LocalSignNetwork::Sign>& sign = local_.GetSign())
+    if (const std::optional<LocalSign> sign = std::exchange(sign_, std::nullopt))
         online_->SetSign(sign->kind, sign->title, sign->record);
+}
+
+void SignNetwork::TellState(SignConnection connection) const
+{
+    if (listener_ != nullptr)
+        listener_->OnState({connection, 0, String(), {}, localName_});
 }
 
 void SignNetwork::SetListener(ISignNetworkListener* listener)
 {
     listener_ = listener;
-    Current().SetListener(listener);
+    if (online_) {
+        online_->SetListener(listener);
+        return;
+    }
+    TellState(SignConnection::LocalOnly);
+    if (listener_ != nullptr && sign_)
+        listener_->OnSign(localName_, sign_->kind, sign_->title, sign_->record);
 }
 
 void SignNetwork::SignIn(const SignAccount& account)
@@ -41,9 +47,8 @@ void SignNetwork::SignIn(const SignAccount& account)
         GoOnline();
     if (online_)
         online_->SignIn(account);
-    else if (listener_ != nullptr)
-        listener_->OnState(
-            {SignConnection::Unavailable, 0, String(), std::string(), local_.GetOwnId()});
+    else
+        TellState(SignConnection::Unavailable);
 }
 
 void SignNetwork::SignOut()
@@ -51,64 +56,81 @@ void SignNetwork::SignOut()
     if (online_)
         online_->SignOut();
     else
-        local_.SetListener(listener_); // Tells that all is local again.
-}
-
-void SignNetwork::GivePassword(const std::string& password, bool keep)
-{
-    Current().GivePassword(password, keep);
-}
-
-void SignNetwork::TryNow()
-{
-    Current().TryNow();
+        TellState(SignConnection::LocalOnly);
 }
 
 void SignNetwork::SetPublishing(bool publish, bool withAddress)
 {
     publishes_ = publish;
     withAddress_ = withAddress;
-    Current().SetPublishing(publish, withAddress);
+    if (online_)
+        online_->SetPublishing(publish, withAddress);
 }
 
 void SignNetwork::SetSign(const String& kind, const String& title, const Property& sign)
 {
-    Current().SetSign(kind, title, sign);
+    if (online_) {
+        online_->SetSign(kind, title, sign);
+        return;
+    }
+    sign_ = LocalSign{kind, title, sign};
+    if (listener_ != nullptr)
+        listener_->OnSign(localName_, kind, title, sign);
 }
 
 void SignNetwork::RemoveSign()
 {
-    Current().RemoveSign();
+    if (online_)
+        online_->RemoveSign();
+    else if (std::exchange(sign_, std::nullopt) && listener_ != nullptr)
+        listener_->OnSignGone(localName_);
+}
+
+void SignNetwork::GivePassword(const std::string& password, bool keep)
+{
+    if (online_)
+        online_->GivePassword(password, keep);
+}
+
+void SignNetwork::TryNow()
+{
+    if (online_)
+        online_->TryNow();
 }
 
 void SignNetwork::AddContact(const String& id)
 {
-    Current().AddContact(id);
+    if (online_)
+        online_->AddContact(id);
 }
 
 void SignNetwork::AnswerContact(const String& id, bool yes)
 {
-    Current().AnswerContact(id, yes);
+    if (online_)
+        online_->AnswerContact(id, yes);
 }
 
 void SignNetwork::RemoveContact(const String& id)
 {
-    Current().RemoveContact(id);
+    if (online_)
+        online_->RemoveContact(id);
 }
 
 void SignNetwork::RenameContact(const String& id, const String& name)
 {
-    Current().RenameContact(id, name);
+    if (online_)
+        online_->RenameContact(id, name);
 }
 
 void SignNetwork::TrustCertificate(const std::string& fingerprint)
 {
-    Current().TrustCertificate(fingerprint);
+    if (online_)
+        online_->TrustCertificate(fingerprint);
 }
 
 String SignNetwork::GetOwnId() const
 {
-    return online_ ? online_->GetOwnId() : local_.GetOwnId();
+    return online_ ? online_->GetOwnId() : localName_;
 }
 
 std::unique_ptr<ISignNetwork> LoadXmppSignNetwork(const String& localName)

@@ -1,22 +1,24 @@
 #pragma once
 
 #include "host/sign/ISignNetwork.h"
-#include "host/sign/LocalSignNetwork.h"
+#include "shell/contracts/base/Property.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace kivo::host {
 
-// The program's network of signs: local until the first sign-in, which loads the one with contacts.
-// So a start without an account pays nothing for it. Where it can't be loaded the state is
-// Unavailable, and each sign-in tries again.
-class SignNetwork final : public ISignNetwork {
+// The program's network of signs. It is local until the first sign-in: the sign shows on the user's
+// own line and goes nowhere else, there are no contacts, and requests about them do nothing. The
+// sign-in loads the network with contacts, so a start without an account pays nothing for it. Where
+// it can't be loaded the state is Unavailable, and each sign-in tries again.
+class SignNetwork : public ISignNetwork {
 public:
     // The network with contacts, under the local name. Null: it can't be had.
     using Maker = std::function<std::unique_ptr<ISignNetwork>(const String& localName)>;
 
-    SignNetwork(const String& localName, Maker maker);
+    explicit SignNetwork(const String& localName, Maker maker = {}); // Empty: it is always local.
 
     void SetListener(ISignNetworkListener* listener) override;
     void SignIn(const SignAccount& account) override;
@@ -34,13 +36,20 @@ public:
     [[nodiscard]] String GetOwnId() const override;
 
 private:
-    [[nodiscard]] ISignNetwork& Current();
-    void GoOnline(); // Hands everything over, if the other network can be had.
+    struct LocalSign {
+        String kind;
+        String title;
+        Property record;
+    };
 
-    LocalSignNetwork local_;
+    void GoOnline(); // Hands everything over, if the other network can be had.
+    void TellState(SignConnection connection) const;
+
+    String localName_;
     Maker maker_;
     std::unique_ptr<ISignNetwork> online_; // Null: not needed yet.
     ISignNetworkListener* listener_ = nullptr;
+    std::optional<LocalSign> sign_; // Until the other network has it.
     bool publishes_ = false;
     bool withAddress_ = false;
 };

@@ -17,6 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kMaxAsking = 100;
 constexpr std::size_t kMaxRequests = 100;
 constexpr std::size_t kLongestReason = 200;
+constexpr int kMaxUnsent = 1000; // Stanzas.
 
 String ToText(const std::string& bytes)
 {
@@ -25,16 +26,14 @@ String ToText(const std::string& bytes)
 
 } // namespace
 
-XmppClient::XmppClient(ISignNetworkListener& listener,
-                       ISecretStore& store,
-                       SignAddressRule rule,
-                       SocketWatch& watch)
-    : listener_(listener)
-    , store_(store)
-    , rule_(rule)
-    , watch_(watch)
-    , stream_(*this, watch)
-    , roster_(listener)
+XmppClient::XmppClient(const Parts& parts)
+    : listener_(parts.listener)
+    , store_(parts.store)
+    , watch_(parts.watch)
+    , rule_(parts.rule)
+    , patience_(parts.patience)
+    , stream_(*this, watch_, patience_.attempt)
+    , roster_(listener_)
 {
 }
 
@@ -45,7 +44,7 @@ void XmppClient::SignIn(const SignAccount& account)
     const bool isSame = account_ && account_->address == account.address &&
                         account_->server == account.server && account_->port == account.port;
     std::string password = isSame ? password_ : std::string();
-    auto requests = isSame ? requests_ : std::vector<std::pair<Request, std::string>>();
+    auto requests = isSame ? requests_ : std::vector<Request>();
     SignOut();
     password_ = std::move(password);
     requests_ = std::move(requests);
@@ -63,6 +62,7 @@ void XmppClient::SignOut()
     std::fill(password_.begin(), password_.end(), '\0');
     password_.clear();
     isPasswordGiven_ = false;
+    losesPassword_ = false;
     roster_.Clear();
     asking_.clear();
     asked_.clear();
@@ -80,6 +80,7 @@ void XmppClient::GivePassword(const std::string& password, bool keep)
     password_ = password;
     isPasswordGiven_ = true;
     keepsPassword_ = keep;
+    losesPassword_ = false;
     if (phase_ == Phase::PasswordNeeded || phase_ == Phase::Stopped)
         BeginSoon();
     else if (stream_.IsActive() && phase_ != Phase::Leaving)
@@ -131,59 +132,66 @@ void XmppClient::ReconsiderSign()
 
 void XmppClient::AddContact(const std::string& id)
 {
-    Handle(Request::Add, id);
+    Handle({Wish::Add, id, {}});
 }
 
 void XmppClient::AnswerContact(const std::string& id, bool yes)
 {
     asking_.erase(id);
-    Handle(yes ? Request::Accept : Request::Decline, id);
+    Handle({yes ? Wish::Accept : Wish::Decline, id, {}});
 }
 
 void XmppClient::RemoveContact(const std::string& id)
 {
-    Handle(Request::Remove, id);
+    Handle({Wish::Remove, id, {}});
 }
 
 void XmppClient::RenameContact(const std::string& id, const std::string& name)
 {
-    const RosterItem* const known = roster_.GetItem(id);
-    if (!stream_.IsOpen() || known == nullptr)
-        return;
-    RosterItem item = *known;
-    item.name = name;
-    stream_.Send(MakeRosterChange(stream_.GetContext(), MakeId(), item));
+    Handle({Wish::Rename, id, name});
 }
 
 // Before the contact list is there they wait: it says what is left to ask for.
-void XmppClient::Handle(Request request, const std::string& id)
+void XmppClient::Handle(Request request)
 {
-    if (!account_ || id.empty())
+    if (!account_ || request.id.empty())
         return;
-    if (!stream_.IsOpen() || !hasRoster_) {
-        if (requests_.size() < kMaxRequests)
-            requests_.emplace_back(request, id);
-        return;
-    }
-    switch (request) {
-    case Request::Add:
+    if (stream_.IsOpen() && hasRoster_)
+        Fulfil(request);
+    else if (requests_.size() < kMaxRequests)
+        requests_.push_back(std::move(request));
+}
+
+void XmppClient::Fulfil(const Request& request)
+{
+    const std::string& id = request.id;
+    switch (request.wish) {
+    case Wish::Add:
         asked_.insert(id);
         SendPresence("subscribe", id);
         break;
-    case Request::Accept:
+    case Wish::Accept:
+        DropAsking(id);
         asked_.insert(id);
         SendPresence("subscribed", id);
         if (!roster_.IsSeen(id) && !roster_.IsAsked(id))
             SendPresence("subscribe", id); // Both see each other.
         break;
-    case Request::Decline:
+    case Wish::Decline:
+        DropAsking(id);
         asked_.erase(id);
-        asking_.erase(id);
         SendPresence("unsubscribed", id);
         break;
-    case Request::Remove:
+    case Wish::Remove:
         asked_.erase(id);
         stream_.Send(MakeRosterRemoval(stream_.GetContext(), MakeId(), id));
+        break;
+    case Wish::Rename:
+        if (const RosterItem* const known = roster_.GetItem(id)) {
+            RosterItem item = *known;
+            item.name = request.name;
+            stream_.Send(MakeRosterChange(stream_.GetContext(), MakeId(), item));
+        }
         break;
     }
 }
@@ -263,9 +271,9 @@ std::optional<XmppClient::Time> XmppClient::GetDue() const
     case Phase::Online: {
         if (isPasswordGiven_ && phase_ == Phase::Online)
             return Time();
-        Time word = askedAt_ ? *askedAt_ + kAnswer : heardAt_ + kSilence;
+        Time word = askedAt_ ? *askedAt_ + patience_.answer : heardAt_ + patience_.silence;
         if (phase_ == Phase::Arriving)
-            word = std::min(word, openedAt_ + kArrival);
+            word = std::min(word, openedAt_ + patience_.arrival);
         const std::optional<Time> tune = phase_ == Phase::Online ? policy_.GetDue() : std::nullopt;
         return tune ? std::min(word, *tune) : word;
     }
@@ -282,17 +290,17 @@ bool XmppClient::IsAtRest() const
 void XmppClient::CheckServer()
 {
     const Time now = Clock::now();
-    if (phase_ == Phase::Arriving && now >= openedAt_ + kArrival) {
+    if (phase_ == Phase::Arriving && now >= openedAt_ + patience_.arrival) {
         openedAt_ = now; // Once more as long, if the cut doesn't end it.
         hasEventing_ = hasEventing_.value_or(false);
         if (hasRoster_)
             CheckArrival();
         else
             watch_.Limit(std::chrono::milliseconds(0));
-    } else if (askedAt_ && now >= *askedAt_ + kAnswer) {
+    } else if (askedAt_ && now >= *askedAt_ + patience_.answer) {
         askedAt_ = now;
         watch_.Limit(std::chrono::milliseconds(0));
-    } else if (!askedAt_ && now >= heardAt_ + kSilence) {
+    } else if (!askedAt_ && now >= heardAt_ + patience_.silence) {
         askedAt_ = now;
         stream_.Send(MakePing(stream_.GetContext(), MakeId()));
     }
@@ -302,10 +310,12 @@ void XmppClient::KeepPassword()
 {
     if (!std::exchange(isPasswordGiven_, false))
         return;
-    if (keepsPassword_)
-        store_.Write(ToText(address_), password_);
-    else
+    if (!keepsPassword_) {
         store_.Erase(ToText(address_)); // An older one would be tried at the next start.
+    } else if (!store_.Write(ToText(address_), password_)) {
+        losesPassword_ = true;
+        TellOnline();
+    }
 }
 
 void XmppClient::PublishDue()
@@ -394,9 +404,15 @@ void XmppClient::OnIq(XmppElement iq)
     const std::optional<std::vector<RosterItem>> changes = ReadRoster(iq);
     const bool isTrusted = isOwn || (!changes && roster_.SeesUser(GetBare(from)));
     if (isOwn && type == "set" && changes) {
-        for (const RosterItem& item : *changes)
+        for (const RosterItem& item : *changes) {
             roster_.SetItem(item);
+            if (roster_.SeesUser(item.id))
+                DropAsking(item.id); // Another device of the user's has let him in.
+        }
     }
+    // Whoever asks faster than he takes the answers gets no more of them.
+    if (stream_.CountUnsent() >= kMaxUnsent)
+        return;
     if (const std::optional<XmppStanza> answer = MakeAnswer(stream_.GetContext(), iq, isTrusted))
         stream_.Send(*answer);
 }
@@ -408,6 +424,7 @@ void XmppClient::OnAnswer(XmppElement iq)
         return;
     if (id == rosterId_ && !hasRoster_) {
         hasRoster_ = true;
+        DropAllAsking(); // The server repeats what is still to be answered.
         roster_.SetItems(ReadRoster(iq).value_or(std::vector<RosterItem>()));
         // From here on the server sends who is there, and what they play.
         stream_.Send(MakePresence(stream_.GetContext()));
@@ -430,11 +447,9 @@ void XmppClient::CheckArrival()
     phase_ = Phase::Online;
     if (*hasEventing_)
         StartPublishing();
-    const auto state =
-        *hasEventing_ ? SignConnection::Online : SignConnection::ServerWithoutEventing;
-    Tell({state, 0, String(), {}, String()});
-    for (const auto& [request, id] : std::exchange(requests_, {}))
-        Handle(request, id);
+    TellOnline();
+    for (const Request& request : std::exchange(requests_, {}))
+        Fulfil(request);
 }
 
 // What a crash has left goes. Who publishes nothing from here clears no more than that: another
@@ -477,8 +492,8 @@ void XmppClient::OnPresence(XmppElement presence)
         roster_.OnPresence(from, std::nullopt, 0);
     else if (type == "subscribe")
         OnAsk(id);
-    else if (type == "unsubscribe" && asking_.erase(id) > 0)
-        listener_.OnContactGone(ToText(id)); // No more.
+    else if (type == "unsubscribe")
+        DropAsking(id);
 }
 
 void XmppClient::OnAsk(const std::string& id)
@@ -492,6 +507,18 @@ void XmppClient::OnAsk(const std::string& id)
         return;
     if (asking_.insert(id).second)
         listener_.OnContactAsks(text);
+}
+
+void XmppClient::DropAsking(const std::string& id)
+{
+    if (asking_.erase(id) > 0)
+        listener_.OnRequestGone(ToText(id));
+}
+
+void XmppClient::DropAllAsking()
+{
+    while (!asking_.empty())
+        DropAsking(std::string(*asking_.begin()));
 }
 
 bool XmppClient::IsOwn(const std::string& from) const
@@ -508,6 +535,16 @@ void XmppClient::Tell(SignState state)
 {
     state.ownId = ToText(own_);
     listener_.OnState(state);
+}
+
+void XmppClient::TellOnline()
+{
+    const bool carriesTunes = hasEventing_.value_or(false);
+    SignState state;
+    state.connection =
+        carriesTunes ? SignConnection::Online : SignConnection::ServerWithoutEventing;
+    state.losesPassword = losesPassword_;
+    Tell(state);
 }
 
 } // namespace kivo::host

@@ -5,6 +5,7 @@
 #include "host/sign/PublishPolicy.h"
 #include "host/sign/ReconnectDelay.h"
 #include "host/sign/SignAddress.h"
+#include "host/sign/SignPatience.h"
 #include "host/sign/TuneMapping.h"
 #include "host/sign/XmppRoster.h"
 #include "host/sign/XmppStream.h"
@@ -24,16 +25,17 @@ class XmppClient final : private IXmppStreamListener {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    static constexpr std::chrono::seconds kSilence{120}; // Then the server is asked for a word,
-    static constexpr std::chrono::seconds kAnswer{30};   // and has so long to give one.
-    static constexpr std::chrono::seconds kArrival{30};  // For the first answers of a server.
-    static constexpr std::chrono::seconds kSteady{5};    // A stream that lasts so long was good.
+    static constexpr std::chrono::seconds kSteady{5}; // A stream that lasts so long was good.
 
-    // All borrowed.
-    XmppClient(ISignNetworkListener& listener,
-               ISecretStore& store,
-               SignAddressRule rule,
-               SocketWatch& watch);
+    struct Parts {
+        ISignNetworkListener& listener; // The references are borrowed.
+        ISecretStore& store;
+        SocketWatch& watch;
+        SignAddressRule rule;
+        SignPatience patience;
+    };
+
+    explicit XmppClient(const Parts& parts);
     XmppClient(const XmppClient&) = delete;
     XmppClient& operator=(const XmppClient&) = delete;
     ~XmppClient() = default;
@@ -70,7 +72,12 @@ private:
         Stopped, // Refused or untrusted, until the user acts.
         Leaving,
     };
-    enum class Request { Add, Accept, Decline, Remove };
+    enum class Wish { Add, Accept, Decline, Remove, Rename };
+    struct Request {
+        Wish wish;
+        std::string id;
+        std::string name; // Of a Rename.
+    };
 
     void OnStreamOpen(const std::string& boundAddress) override;
     void OnStanza(XmppElement stanza) override;
@@ -93,17 +100,22 @@ private:
     void OnPublishAnswer(XmppElement iq);
     void OnPresence(XmppElement presence);
     void OnAsk(const std::string& id);
+    void DropAsking(const std::string& id);
+    void DropAllAsking();
     [[nodiscard]] bool IsOwn(const std::string& from) const;
 
-    void Handle(Request request, const std::string& id);
+    void Handle(Request request);
+    void Fulfil(const Request& request);
     void SendPresence(const char* type, const std::string& to);
     [[nodiscard]] std::string MakeId();
     void Tell(SignState state);
+    void TellOnline();
 
     ISignNetworkListener& listener_;
     ISecretStore& store_;
-    SignAddressRule rule_;
     SocketWatch& watch_;
+    SignAddressRule rule_;
+    SignPatience patience_;
     XmppStream stream_;
     XmppRoster roster_;
     PublishPolicy policy_;
@@ -117,6 +129,7 @@ private:
     std::string password_;
     bool isPasswordGiven_ = false; // By the user, and not yet taken by the server.
     bool keepsPassword_ = false;
+    bool losesPassword_ = false; // The store didn't take it.
 
     std::optional<Sign> sign_;
     bool publishes_ = false;
@@ -124,9 +137,9 @@ private:
     Tune sent_; // Published last.
     bool isAccessMended_ = false;
 
-    std::set<std::string> asked_;  // Whom the user has let in or asked since the sign-in.
-    std::set<std::string> asking_; // Who waits for the user's answer.
-    std::vector<std::pair<Request, std::string>> requests_; // Until the stream is open.
+    std::set<std::string> asked_;   // Whom the user has let in or asked since the sign-in.
+    std::set<std::string> asking_;  // Who waits for the user's answer.
+    std::vector<Request> requests_; // Until the contact list is there.
 
     std::optional<bool> hasEventing_; // Nothing: the server hasn't said yet.
     bool hasRoster_ = false;

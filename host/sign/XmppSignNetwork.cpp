@@ -27,9 +27,9 @@ std::string ToBytes(const String& id)
 
 // What the network has told so far, told again to whoever listens next.
 struct XmppSignNetwork::Impl final : SignMail::IReceiver, ISignNetworkListener {
-    Impl(const String& name, std::unique_ptr<ISecretStore> store, SignAddressRule rule)
+    Impl(const String& name, std::shared_ptr<SignMail> shared)
         : localName(name)
-        , mail(std::make_shared<SignMail>(std::move(store), rule))
+        , mail(std::move(shared))
     {
         state.ownId = name;
         mail->SetReceiver(this);
@@ -45,6 +45,7 @@ struct XmppSignNetwork::Impl final : SignMail::IReceiver, ISignNetworkListener {
     void OnContact(const SignContact& contact) override;
     void OnContactGone(const String& id) override;
     void OnContactAsks(const String& id) override;
+    void OnRequestGone(const String& id) override;
     void OnSign(const String& id,
                 const String& kind,
                 const String& title,
@@ -87,7 +88,6 @@ void XmppSignNetwork::Impl::OnState(const SignState& next)
 
 void XmppSignNetwork::Impl::OnContact(const SignContact& contact)
 {
-    asking.erase(contact.id);
     contacts[contact.id] = contact;
     if (listener != nullptr)
         listener->OnContact(contact);
@@ -96,7 +96,6 @@ void XmppSignNetwork::Impl::OnContact(const SignContact& contact)
 void XmppSignNetwork::Impl::OnContactGone(const String& id)
 {
     contacts.erase(id);
-    asking.erase(id);
     if (listener != nullptr)
         listener->OnContactGone(id);
 }
@@ -106,6 +105,13 @@ void XmppSignNetwork::Impl::OnContactAsks(const String& id)
     asking.insert(id);
     if (listener != nullptr)
         listener->OnContactAsks(id);
+}
+
+void XmppSignNetwork::Impl::OnRequestGone(const String& id)
+{
+    asking.erase(id);
+    if (listener != nullptr)
+        listener->OnRequestGone(id);
 }
 
 void XmppSignNetwork::Impl::OnSign(const String& id,
@@ -150,7 +156,7 @@ void XmppSignNetwork::Impl::ForgetContacts()
     while (!contacts.empty())
         OnContactGone(String(contacts.begin()->first));
     while (!asking.empty())
-        OnContactGone(String(*asking.begin()));
+        OnRequestGone(String(*asking.begin()));
 }
 
 void XmppSignNetwork::Impl::ShowOwnSign() const
@@ -167,8 +173,10 @@ void XmppSignNetwork::Impl::HideOwnSign() const
 
 XmppSignNetwork::XmppSignNetwork(const String& localName,
                                  std::unique_ptr<ISecretStore> store,
-                                 SignAddressRule rule)
-    : impl_(std::make_unique<Impl>(localName, std::move(store), rule))
+                                 SignAddressRule rule,
+                                 const SignPatience& patience)
+    : impl_(std::make_unique<Impl>(localName,
+                                   std::make_shared<SignMail>(std::move(store), rule, patience)))
 {
 }
 

@@ -3,6 +3,7 @@
 #include "host/sign/ISecretStore.h"
 #include "host/sign/ISignNetwork.h"
 #include "host/sign/SignAddress.h"
+#include "host/sign/SignPatience.h"
 
 #include <memory>
 #include <string>
@@ -10,15 +11,16 @@
 namespace kivo::host {
 
 // Carries signs over XMPP, as User Tune. All work is done by a thread of its own; here stands what
-// it has told, and the way to it. While nobody is signed in it is as local as LocalSignNetwork; no
-// thread runs before the first SignIn. What it hears reaches the listener through the process's
+// it has told, and the way to it. While nobody is signed in the sign shows on the own line alone;
+// no thread runs before the first SignIn. What it hears reaches the listener through the process's
 // queue of posts. The destructor takes the user's sign away and signs out; it waits for that at
 // most three seconds, and for a few milliseconds as a rule.
 class XmppSignNetwork final : public ISignNetwork {
 public:
     XmppSignNetwork(const String& localName,
                     std::unique_ptr<ISecretStore> store,
-                    SignAddressRule rule);
+                    SignAddressRule rule,
+                    const SignPatience& patience = {});
     XmppSignNetwork(const XmppSignNetwork&) = delete;
     XmppSignNetwork& operator=(const XmppSignNetwork&) = delete;
     ~XmppSignNetwork() override;

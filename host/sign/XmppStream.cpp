@@ -128,9 +128,12 @@ struct XmppCallbacks {
     }
 };
 
-XmppStream::XmppStream(IXmppStreamListener& listener, SocketWatch& watch)
+XmppStream::XmppStream(IXmppStreamListener& listener,
+                       SocketWatch& watch,
+                       std::chrono::milliseconds attemptLimit)
     : listener_(listener)
     , watch_(watch)
+    , attemptLimit_(attemptLimit)
     , log_{&XmppCallbacks::OnLog, this}
     , context_((Initialize(), xmpp_ctx_new(nullptr, &log_)))
 {
@@ -159,7 +162,7 @@ void XmppStream::Open(const Account& account)
     xmpp_conn_set_certfail_handler(connection_, &XmppCallbacks::OnCertificate);
     const bool isChosen = !account.server.empty() || account.port != 0;
     const std::string server = account.server.empty() ? GetDomain(account.address) : account.server;
-    watch_.Begin(kAttemptLimit);
+    watch_.Begin(attemptLimit_);
     const int result = xmpp_connect_client(connection_,
                                            isChosen ? server.c_str() : nullptr,
                                            static_cast<unsigned short>(account.port),
@@ -206,9 +209,9 @@ bool XmppStream::Run(std::chrono::milliseconds longest)
     return false;
 }
 
-bool XmppStream::IsSending() const
+int XmppStream::CountUnsent() const
 {
-    return isOpen_ && xmpp_conn_send_queue_len(connection_) > 0;
+    return isOpen_ ? xmpp_conn_send_queue_len(connection_) : 0;
 }
 
 bool XmppStream::CanUse(int socket)

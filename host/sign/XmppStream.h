@@ -44,10 +44,12 @@ public:
         std::string fingerprint;
     };
 
-    static constexpr std::chrono::seconds kAttemptLimit{30};
     static constexpr std::chrono::milliseconds kCloseLimit{2500};
 
-    XmppStream(IXmppStreamListener& listener, SocketWatch& watch); // Borrowed.
+    // Listener and watch are borrowed. An attempt that takes longer than the limit is cut.
+    XmppStream(IXmppStreamListener& listener,
+               SocketWatch& watch,
+               std::chrono::milliseconds attemptLimit);
     XmppStream(const XmppStream&) = delete;
     XmppStream& operator=(const XmppStream&) = delete;
     ~XmppStream();
@@ -63,7 +65,7 @@ public:
 
     [[nodiscard]] bool IsActive() const { return connection_ != nullptr; } // Open or about to be.
     [[nodiscard]] bool IsOpen() const { return isOpen_; }
-    [[nodiscard]] bool IsSending() const; // Something waits until the socket takes it.
+    [[nodiscard]] int CountUnsent() const; // Stanzas that wait until the socket takes them.
     [[nodiscard]] int GetSocket() const { return socket_; }
     [[nodiscard]] xmpp_ctx_t* GetContext() const { return context_; }
 
@@ -81,6 +83,7 @@ private:
 
     IXmppStreamListener& listener_;
     SocketWatch& watch_;
+    std::chrono::milliseconds attemptLimit_;
     xmpp_log_t log_;
     xmpp_ctx_t* context_;
     xmpp_conn_t* connection_ = nullptr;

@@ -48,6 +48,10 @@ public:
     {
         Tell([id](ISignNetworkListener& listener) { listener.OnContactAsks(id); });
     }
+    void OnRequestGone(const String& id) override
+    {
+        Tell([id](ISignNetworkListener& listener) { listener.OnRequestGone(id); });
+    }
     void
     OnSign(const String& id, const String& kind, const String& title, const Property& sign) override
     {
@@ -85,16 +89,17 @@ int GetTimeout(const std::optional<XmppClient::Time>& due)
     return static_cast<int>(std::clamp<milliseconds::rep>(left, 0, kLongest));
 }
 
-// Until something was sent, the socket has something, or the client has.
-void Wait(const SignMail& mail, XmppClient& client)
+// Until something was sent, the socket has something, or the client has. What the user-interface
+// thread can't take at the moment stays with the server.
+void Wait(SignMail& mail, XmppClient& client)
 {
     const XmppStream& stream = client.GetStream();
-    const auto wanted = static_cast<short>(stream.IsSending() ? POLLIN | POLLOUT : POLLIN);
+    const auto wanted = static_cast<short>(stream.CountUnsent() > 0 ? POLLIN | POLLOUT : POLLIN);
     std::array entries{
         pollfd{mail.GetWakeDescriptor(), POLLIN, 0},
         pollfd{stream.GetSocket(),       wanted, 0},
     };
-    const nfds_t count = stream.IsOpen() ? 2 : 1;
+    const nfds_t count = stream.IsOpen() && !mail.IsFull() ? 2 : 1;
     poll(entries.data(), count, GetTimeout(client.GetDue()));
 }
 
@@ -111,7 +116,7 @@ bool Pump(XmppStream& stream)
 void RunNetwork(SignMail& mail)
 {
     Teller teller(mail);
-    XmppClient client(teller, *mail.store, mail.rule, mail.watch);
+    XmppClient client({teller, *mail.store, mail.watch, mail.rule, mail.patience});
     bool isQuitting = false;
     while (true) {
         for (const SignMail::Order& order : mail.TakeOrders()) {
@@ -123,7 +128,7 @@ void RunNetwork(SignMail& mail)
             client.SignOut();
         }
         client.Work();
-        const bool isMore = Pump(client.GetStream());
+        const bool isMore = !mail.IsFull() && Pump(client.GetStream());
         if (isQuitting && client.IsAtRest())
             return;
         if (!isMore)

@@ -4,6 +4,7 @@
 
 #include "host/Arguments.h"
 #include "host/Program.h"
+#include "host/sign/SignNetwork.h"
 #include "host/sign/XmppSignNetwork.h"
 #include "shell/contracts/base/Property.h"
 
@@ -31,9 +32,6 @@
 namespace kivo::test {
 
 namespace {
-
-using host::ISignNetwork;
-using host::SignAccount;
 
 class FixedSecret final : public host::ISecretStore {
 public:
@@ -178,55 +176,29 @@ private:
 };
 
 // Says what the program asks of the network, which is the real one.
-class NotedNetwork final : public ISignNetwork {
+class NotedNetwork final : public host::SignNetwork {
 public:
     explicit NotedNetwork(const String& localName)
-        : network_(std::make_unique<host::XmppSignNetwork>(
-              localName, std::make_unique<FixedSecret>(), host::SignAddressRule::Any))
+        : SignNetwork(localName, [](const String& name) {
+            return std::make_unique<host::XmppSignNetwork>(
+                name, std::make_unique<FixedSecret>(), host::SignAddressRule::Any);
+        })
     {
     }
 
-    void SetListener(host::ISignNetworkListener* listener) override
-    {
-        network_->SetListener(listener);
-    }
-    void SignIn(const SignAccount& account) override { network_->SignIn(account); }
-    void SignOut() override { network_->SignOut(); }
-    void GivePassword(const std::string& password, bool keep) override
-    {
-        network_->GivePassword(password, keep);
-    }
-    void TryNow() override { network_->TryNow(); }
-    void SetPublishing(bool publish, bool withAddress) override
-    {
-        network_->SetPublishing(publish, withAddress);
-    }
     void SetSign(const String& kind, const String& title, const Property& sign) override
     {
         Say("sign",
             QString::fromStdU16String(title) + " " + QString::fromStdU16String(sign.GetText(0)));
-        network_->SetSign(kind, title, sign);
+        SignNetwork::SetSign(kind, title, sign);
     }
     void RemoveSign() override
     {
         Say("nosign", {});
-        network_->RemoveSign();
+        SignNetwork::RemoveSign();
     }
-    void AddContact(const String& id) override { network_->AddContact(id); }
-    void AnswerContact(const String& id, bool yes) override { network_->AnswerContact(id, yes); }
-    void RemoveContact(const String& id) override { network_->RemoveContact(id); }
-    void RenameContact(const String& id, const String& name) override
-    {
-        network_->RenameContact(id, name);
-    }
-    void TrustCertificate(const std::string& fingerprint) override
-    {
-        network_->TrustCertificate(fingerprint);
-    }
-    [[nodiscard]] String GetOwnId() const override { return network_->GetOwnId(); }
 
 private:
-    std::unique_ptr<ISignNetwork> network_;
     Hands hands_;
 };
 

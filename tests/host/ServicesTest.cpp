@@ -3,12 +3,13 @@
 #include "host/Account.h"
 #include "host/HostSettings.h"
 #include "host/IMessages.h"
-#include "host/sign/LocalSignNetwork.h"
+#include "host/sign/SignNetwork.h"
 #include "platform/base/PostQueue.h"
 #include "shell/contracts/base/IPlugin.h"
 #include "shell/contracts/base/IPluginWindowLayout.h"
 #include "shell/contracts/base/Property.h"
 #include "shell/contracts/common/Language.h"
+#include "tests/host/NotingSigns.h"
 #include "tests/support/TempFolder.h"
 
 #include <dlfcn.h>
@@ -41,24 +42,6 @@ public:
     String last;
     MessageKind lastKind = MessageKind::Notice;
     bool answer = false;
-};
-
-class OwnLine final : public ISignNetworkListener {
-public:
-    void OnState(const SignState& state) override { ownId = state.ownId; }
-    void OnContact(const SignContact& /*contact*/) override {}
-    void OnContactGone(const String& /*id*/) override {}
-    void OnContactAsks(const String& /*id*/) override {}
-    void OnSign(const String& /*id*/,
-                const String& kind,
-                const String& title,
-                const Property& /*sign*/) override
-    {
-        shown = kind + u":" + title;
-    }
-    void OnSignGone(const String& /*id*/) override { shown = u""; }
-    String ownId;
-    String shown;
 };
 
 class SignedPlugin final : public IPlugin {
@@ -107,89 +90,79 @@ protected:
         Property sign;
         sign.SetText(0, url);
         const String kind = u"music";
-        return Call<int, IPlugin*, const String*, const String*, const Property*>(
-            "_KivoAPI_PluginSetStateSign", plugin_, &kind, &title, &sign);
+        return Call("_KivoAPI_PluginSetStateSign", plugin_, &kind, &title, &sign);
     }
     void OnSetting(const String& key, int /*a*/, int /*b*/, int /*c*/)
     {
         heard_ += key + u"=" + (services_->IsMediaStateShown() ? u"on" : u"off");
-        heard_ += u"," + line_.shown + u";";
+        heard_ += u"," + common::utf8_to_CString(line_.Take()) + u";";
     }
     void Watch(void* watcher)
     {
         const SettingDelegate delegate(this, &ServicesTest::OnSetting);
         const String key = kSignSetting;
         const String filter = u"*";
-        EXPECT_NE((Call<int, void*, const SettingDelegate*, const String*, const String*, int>(
-                      "_KivoAPI_Watch", watcher, &delegate, &key, &filter, -1)),
-                  0);
+        EXPECT_NE(Call("_KivoAPI_Watch", watcher, &delegate, &key, &filter, -1), 0);
     }
 
     void* library_;
     test::TempFolder folder_;
     HostSettings settings_{(folder_.GetNative() / "host.ini").native()};
     Account account_{settings_};
-    LocalSignNetwork signs_{u"ann"};
-    OwnLine line_;
+    SignNetwork signs_{u"ann"};
+    test::NotingSigns line_;
     Messages messages_;
     PageList pages_;
     std::optional<Services> services_;
     SignedPlugin signed_;
+    SignedPlugin other_;
     IPlugin* const plugin_ = &signed_;
+    IPluginWindow* const window_ = reinterpret_cast<IPluginWindow*>(this); // Never looked into.
     String heard_;
 };
 
-TEST_F(ServicesTest, WithoutAProgramEachFunctionGivesZero)
+TEST_F(ServicesTest, WithoutAProgramAndWithoutArgumentsEachFunctionGivesZero)
 {
+    const auto take = [this](String* text) {
+        return Call("_KivoAPI_GetMyDir", text) + Call("_KivoAPI_GetMyUid", text);
+    };
+    EXPECT_EQ(take(nullptr), 0);
+    EXPECT_EQ(Call("_KivoAPI_RegisterPluginWindow", static_cast<IPluginWindow*>(nullptr)), 0);
+    EXPECT_EQ(Call("_KivoAPI_STAT_TAG_INCREASE", static_cast<const int*>(nullptr)), 0);
+    EXPECT_EQ(Call("_KivoAPI_PostSDKEvent", static_cast<ISDKEvent*>(nullptr)), 0);
+    EXPECT_TRUE(pages_.pages.empty());
     services_.reset();
     String text = u"untouched";
-    auto* const window = reinterpret_cast<IPluginWindow*>(this);
-    EXPECT_EQ((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", window)), 0);
-    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyDir", &text)), 0);
-    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyUid", &text)), 0);
+    EXPECT_EQ(Call("_KivoAPI_RegisterPluginWindow", window_), 0);
+    EXPECT_EQ(take(&text), 0);
     EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
     EXPECT_EQ(SetSign(u"t"), 0);
     EXPECT_EQ(text, u"untouched");
 }
 
-TEST_F(ServicesTest, NothingGivenIsZero)
-{
-    EXPECT_EQ((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", nullptr)), 0);
-    EXPECT_EQ((Call<int, String*>("_KivoAPI_GetMyDir", nullptr)), 0);
-    EXPECT_EQ((Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", nullptr)), 0);
-    EXPECT_EQ((Call<int, ISDKEvent*>("_KivoAPI_PostSDKEvent", nullptr)), 0);
-    EXPECT_TRUE(pages_.pages.empty());
-}
-
-TEST_F(ServicesTest, TellsUserAndFolder)
+TEST_F(ServicesTest, TellsUserAndFolderAndTakesPages)
 {
     String uid;
     String directory;
-    EXPECT_NE((Call<int, String*>("_KivoAPI_GetMyUid", &uid)), 0);
-    EXPECT_NE((Call<int, String*>("_KivoAPI_GetMyDir", &directory)), 0);
+    EXPECT_NE(Call("_KivoAPI_GetMyUid", &uid), 0);
+    EXPECT_NE(Call("_KivoAPI_GetMyDir", &directory), 0);
     EXPECT_EQ(uid, u"ann");
     EXPECT_EQ(directory, folder_.GetPath());
-}
-
-TEST_F(ServicesTest, PagesComeAndGo)
-{
-    auto* const window = reinterpret_cast<IPluginWindow*>(this);
-    EXPECT_NE((Call<int, IPluginWindow*>("_KivoAPI_RegisterPluginWindow", window)), 0);
-    EXPECT_EQ(pages_.pages.size(), 1U);
-    Call<int, IPluginWindow*>("_KivoAPI_UnregisterPluginWindow", window);
+    EXPECT_NE(Call("_KivoAPI_RegisterPluginWindow", window_), 0);
+    EXPECT_EQ(pages_.pages, std::vector<IPluginWindow*>{window_});
+    Call("_KivoAPI_UnregisterPluginWindow", window_);
     EXPECT_TRUE(pages_.pages.empty());
 }
 
 TEST_F(ServicesTest, ASignShowsOnTheOwnLineUntilItIsRemoved)
 {
     EXPECT_NE(SetSign(u"Tune"), 0);
-    EXPECT_EQ(line_.shown, u"music:Tune");
-    SetSign(u"", u"");
-    EXPECT_EQ(line_.shown, u"music:Tune"); // One that says nothing doesn't go out.
-    Call<int, IPlugin*>("_KivoAPI_PluginRemoveStateSign", reinterpret_cast<IPlugin*>(&line_));
-    EXPECT_EQ(line_.shown, u"music:Tune"); // Somebody else's.
-    Call<int, IPlugin*>("_KivoAPI_PluginRemoveStateSign", plugin_);
-    EXPECT_EQ(line_.shown, u"");
+    EXPECT_EQ(line_.Take(), "ann plays music Tune. ");
+    SetSign(u"", u""); // One that says nothing doesn't go out.
+    Call("_KivoAPI_PluginRemoveStateSign", static_cast<IPlugin*>(&other_));
+    EXPECT_EQ(line_.Take(), "");
+    Call("_KivoAPI_PluginRemoveStateSign", plugin_);
+    EXPECT_EQ(line_.Take(), "ann plays nothing. ");
 }
 
 TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
@@ -197,15 +170,16 @@ TEST_F(ServicesTest, SwitchingSignsOffTakesTheSignAwayBeforeTheWatchesHear)
     Watch(&heard_);
     Watch(&heard_); // Once is enough.
     SetSign(u"Tune");
+    line_.Take();
     services_->ShowMediaState(/*show=*/false);
     services_->ShowMediaState(/*show=*/false);
-    EXPECT_EQ(heard_, u"usign_setting=off,;");
+    EXPECT_EQ(heard_, u"usign_setting=off,ann plays nothing. ;");
     EXPECT_EQ(Call("_KivoAPI_IsShowMediaState"), 0);
     SetSign(u"Tune");
-    EXPECT_EQ(line_.shown, u"");
+    EXPECT_EQ(line_.Take(), "");
 
     heard_.clear();
-    Call<int, void*>("_KivoAPI_Revoke", &heard_);
+    Call("_KivoAPI_Revoke", static_cast<void*>(&heard_));
     services_->ShowMediaState(/*show=*/true);
     EXPECT_EQ(heard_, u"");
     EXPECT_NE(Call("_KivoAPI_IsShowMediaState"), 0);
@@ -254,30 +228,24 @@ TEST_F(ServicesTest, BoxesAskAndTell)
         SCOPED_TRACE(row.code);
         messages_.answer = row.answer;
         int result = -1;
-        Call<void, int, const String*, const String*, int, int*, int>(
-            "_ShowMsgBox", row.code, &title, &text, row.style, &result, 0);
+        Call<void>("_ShowMsgBox", row.code, &title, &text, row.style, &result, 0);
         EXPECT_EQ(result, row.result);
         EXPECT_EQ(messages_.lastKind, row.kind);
         EXPECT_EQ(messages_.last, u"Title|<b>Text</b> %s");
     }
-    Call<void, int, const String*, const String*, int, int*, int>(
-        "_ShowMsgBox", 41, &title, &text, 1, nullptr, 0);
+    Call<void>("_ShowMsgBox", 41, &title, &text, 1, static_cast<int*>(nullptr), 0);
 }
 
-TEST_F(ServicesTest, TextsComeFromTheTables)
+TEST_F(ServicesTest, TextsComeFromTheTablesAndUsesAreCountedForGood)
 {
     common::CMutiLanSupport::GetInstance()->AddText(u"STRID_HELLO", u"Hello");
     const String id = u"STRID_HELLO ";
     String text;
-    Call<void, const String*, String*>("_GetStringViaID", &id, &text);
+    Call<void>("_GetStringViaID", &id, &text);
     EXPECT_EQ(text, u"Hello");
-}
-
-TEST_F(ServicesTest, UsesAreCountedForGood)
-{
     const int tag = 2103;
-    EXPECT_NE((Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", &tag)), 0);
-    Call<int, const int*>("_KivoAPI_STAT_TAG_INCREASE", &tag);
+    EXPECT_NE(Call("_KivoAPI_STAT_TAG_INCREASE", &tag), 0);
+    Call("_KivoAPI_STAT_TAG_INCREASE", &tag);
     EXPECT_EQ(settings_.GetNumber("use.2103", 0), 2);
 }
 
@@ -302,7 +270,7 @@ private:
 TEST_F(ServicesTest, APostedEventRunsFromTheQueueAndIsFreed)
 {
     String log;
-    Call<int, ISDKEvent*>("_KivoAPI_PostSDKEvent", new CountedEvent(log));
+    Call("_KivoAPI_PostSDKEvent", static_cast<ISDKEvent*>(new CountedEvent(log)));
     EXPECT_EQ(log, u"");
     PostQueue::Get().RunPending();
     EXPECT_EQ(log, u"run freed ");

@@ -120,10 +120,10 @@ TEST_F(ContactsHand, AFormIsFilledByKeysAlone)
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("new@example.org"));
         QTest::keyClick(&form, Qt::Key_Return);
     });
-    stage_.GetDesk().AddContact();
+    stage_.desk.AddContact();
     EXPECT_EQ(stage_.network.TakeLog(), u"add:new@example.org ");
     Stage::InModal([](QWidget& form) { QTest::keyClick(&form, Qt::Key_Escape); });
-    stage_.GetDesk().AddContact();
+    stage_.desk.AddContact();
     EXPECT_EQ(stage_.network.TakeLog(), u"");
 }
 
@@ -142,7 +142,7 @@ TEST_F(ContactsHand, AnAccountIsSetUpByKeysAlone)
         key(Qt::Key_Space);
         QTest::keyClick(&form, Qt::Key_Return);
     });
-    stage_.GetDesk().SetUpAccount();
+    stage_.desk.SetUpAccount();
     EXPECT_EQ(stage_.network.TakeLog(), u"publish:title in:mara@example.orgx@:0 password:secret ");
 }
 
@@ -156,7 +156,7 @@ TEST_F(ContactsHand, MoreIsShownInTheSameForm)
         after = form.height();
         EXPECT_TRUE(Stage::GetField(form, QStringLiteral("Port")).isVisible());
     });
-    stage_.GetDesk().SetUpAccount();
+    stage_.desk.SetUpAccount();
     EXPECT_GT(after, before);
 }
 
@@ -191,7 +191,7 @@ TEST_F(ContactsHand, SelectionStaysWithItsPersonWhenOthersComeAndGo)
     Key(Qt::Key_Home);
     Key(Qt::Key_Down);
     Key(Qt::Key_Up);
-    stage_.AddPerson(u"aaron@example.org", u"Aaron", SignPresence::Online);
+    stage_.Add(u"aaron@example.org", u"Aaron", SignPresence::Online);
     stage_.network.listener->OnContactGone(u"sam@example.org");
     Stage::Settle();
     const QModelIndexList selected = stage_.GetList().selectionModel()->selectedRows();
@@ -204,7 +204,7 @@ TEST_F(ContactsHand, AnEditSurvivesWhatTheNetworkSays)
     Type(QStringLiteral("pri"));
     Key(Qt::Key_F2);
     Type(QStringLiteral("Pi"));
-    stage_.AddPerson(u"priya@example.org", u"Priya R.", SignPresence::Online);
+    stage_.Add(u"priya@example.org", u"Priya R.", SignPresence::Online);
     Stage::Settle();
     Type(QStringLiteral("a"));
     Key(Qt::Key_Return);
@@ -239,7 +239,7 @@ TEST_F(ContactsHand, HostileTextsKeepTheirLine)
     EXPECT_TRUE(row.data().toString().startsWith(QStringLiteral("<b>Jonas</b> WW")));
     EXPECT_FALSE(row.data().toString().contains(QChar(0x202E)));
     Stage::InModal([](QWidget& form) { EXPECT_LE(form.width(), 360); });
-    stage_.GetDesk().Remove(u"jonas@example.org");
+    stage_.desk.Remove(u"jonas@example.org");
 }
 
 } // namespace

@@ -54,30 +54,30 @@ TEST_P(ContactsLook, ShowsTheForms)
 {
     stage_.Open();
     GrabForm("form-account");
-    stage_.GetDesk().SetUpAccount();
+    stage_.desk.SetUpAccount();
     Stage::InModal([this](QWidget& form) {
         stage_.GetButtonAt(form, u"MoreBtn").click();
         stage_.GetButtonAt(form, u"PublishBox").click();
         stage_.GetButtonAt(form, u"BtnOK").click();
         Grab(form, "form-account-error");
     });
-    stage_.GetDesk().SetUpAccount();
+    stage_.desk.SetUpAccount();
     stage_.SignIn();
     stage_.AddSamples();
     GrabForm("form-password");
-    stage_.GetDesk().GivePassword();
+    stage_.desk.GivePassword();
     Stage::InModal([this](QWidget& form) {
         stage_.GetButtonAt(form, u"BtnOK").click();
         Grab(form, "form-add");
     });
-    stage_.GetDesk().AddContact();
+    stage_.desk.AddContact();
     GrabForm("form-answer");
-    stage_.GetDesk().Answer(u"kim@example.org");
+    stage_.desk.Answer(u"kim@example.org");
     GrabForm("form-remove");
-    stage_.GetDesk().Remove(u"jonas@example.org");
+    stage_.desk.Remove(u"jonas@example.org");
     stage_.network.SetState(SignConnection::UntrustedCertificate, 0, u"self-signed certificate");
     GrabForm("form-certificate");
-    stage_.GetDesk().JudgeCertificate();
+    stage_.desk.JudgeCertificate();
 }
 
 constexpr StageLook kLooks[] = {

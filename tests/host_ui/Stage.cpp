@@ -1,7 +1,6 @@
 #include "tests/host_ui/Stage.h"
 
 #include "host/QtText.h"
-#include "platform/base/PostQueue.h"
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Language.h"
@@ -54,20 +53,9 @@ struct Ender {
 
 } // namespace
 
-class Stage::NoMessages final : public IMessages {
-public:
-    bool Show(MessageKind /*kind*/, const String& /*title*/, const String& /*text*/) override
-    {
-        ADD_FAILURE() << "a message box";
-        return false;
-    }
-};
-
 Stage::Stage(const StageLook& look)
-    : settings(folder.GetNative() / "host.ini")
-    , account(settings)
-    , messages_(std::make_unique<NoMessages>())
 {
+    pictures = FromUtf8(KIVO_APP_FOLDER "plugin/tunehive/skin/icon_");
     SetBeyond(true);
     common::SetAppPath(FromUtf8(KIVO_APP_FOLDER));
     common::CMutiLanSupport& texts = *common::CMutiLanSupport::GetInstance();
@@ -97,7 +85,6 @@ Stage::~Stage()
 {
     network.listener = nullptr;
     form_.reset();
-    services_.reset();
     PostQueue::Get().RunPending();
     desktop_.reset();
     ui::CSkinManager::GetInstance()->Clear();
@@ -110,13 +97,9 @@ Stage::~Stage()
 
 void Stage::Open(int width, int height)
 {
-    services_ = std::make_unique<Services>(
-        Services::Parts{settings, account, network, *messages_, pages}, folder.GetPath());
-    desk_ =
-        std::make_unique<ContactDesk>(ContactDesk::Parts{network, account, contacts, *services_});
     form_ = std::make_unique<MainForm>(contacts, MakeCommands(), MakeContactCommands());
     form_->Open({width, height}, std::nullopt);
-    desk_->SetWindow(form_.get());
+    desk.SetWindow(form_.get());
     contacts.SetAccountOn(account.IsOn());
     network.SetListener(&contacts);
     form_->ShowWindow(/*command=*/5);
@@ -127,29 +110,19 @@ void Stage::Open(int width, int height)
 
 void Stage::SignIn()
 {
-    account.Set({u"mara@example.org", {}, 0, {}});
-    account.SetOn(true);
-    contacts.SetAccountOn(true);
-    network.ownId = u"mara@example.org";
-    network.SetState(SignConnection::Online);
-    network.log.clear();
+    ContactsRoom::SignIn(u"mara@example.org");
     Settle();
-}
-
-void Stage::AddPerson(const String& id, const String& name, SignPresence presence) const
-{
-    network.listener->OnContact({id, name, presence});
 }
 
 void Stage::AddSamples()
 {
-    AddPerson(u"sam@example.org", u"Sam Okafor", SignPresence::Offline);
-    AddPerson(u"leyla@example.org", u"ليلى حداد", SignPresence::Offline);
-    AddPerson(u"tomas@example.org", u"Tomás Rey", SignPresence::Offline);
-    AddPerson(u"priya@example.org", u"Priya Raman", SignPresence::Away);
-    AddPerson(u"oksana@example.org", u"Оксана Гринчук", SignPresence::Busy);
-    AddPerson(u"lin@example.org", u"林 小雨", SignPresence::Online);
-    AddPerson(u"jonas@example.org", u"Jonas Ekberg", SignPresence::Online);
+    Add(u"sam@example.org", u"Sam Okafor", SignPresence::Offline);
+    Add(u"leyla@example.org", u"ليلى حداد", SignPresence::Offline);
+    Add(u"tomas@example.org", u"Tomás Rey", SignPresence::Offline);
+    Add(u"priya@example.org", u"Priya Raman", SignPresence::Away);
+    Add(u"oksana@example.org", u"Оксана Гринчук", SignPresence::Busy);
+    Add(u"lin@example.org", u"林 小雨", SignPresence::Online);
+    Add(u"jonas@example.org", u"Jonas Ekberg", SignPresence::Online);
     network.SetSignOf(u"jonas@example.org",
                       u"music",
                       u"Slow Coffee - The Window Seats",
@@ -161,42 +134,6 @@ void Stage::AddSamples()
     network.SetSignOf(
         u"oksana@example.org", u"video", u"Harbour at Dusk, 4K test.mkv", u"/Harbour");
     Settle();
-}
-
-MainForm::Commands Stage::MakeCommands()
-{
-    MainForm::Commands commands;
-    commands.show = [this](IPluginWindow* page) { pages.ShowPluginPage(page); };
-    commands.showSigns = [this](bool show) { services_->ShowMediaState(show); };
-    commands.areSignsShown = [this] { return services_->IsMediaStateShown(); };
-    commands.getOwnName = [this] {
-        return account.IsOn() ? GetNameOf(account.Get().address) : String(u"Mara Lindqvist");
-    };
-    commands.isAccountOn = [this] { return account.IsOn(); };
-    commands.isTitleOnly = [this] { return account.IsTitleOnly(); };
-    commands.setTitleOnly = [this](bool titleOnly) { desk_->SetTitleOnly(titleOnly); };
-    commands.signOut = [this] { desk_->SignOut(); };
-    return commands;
-}
-
-ContactCommands Stage::MakeContactCommands()
-{
-    ContactCommands commands;
-    commands.activateSign = [this](const String& id) { activated += id + u" "; };
-    commands.answer = [this](const String& id) { desk_->Answer(id); };
-    commands.remove = [this](const String& id) { desk_->Remove(id); };
-    commands.rename = [this](const String& id, const String& name) { desk_->Rename(id, name); };
-    commands.addContact = [this] { desk_->AddContact(); };
-    commands.setUpAccount = [this] { desk_->SetUpAccount(); };
-    commands.givePassword = [this] { desk_->GivePassword(); };
-    commands.judgeCertificate = [this] { desk_->JudgeCertificate(); };
-    commands.tryNow = [this] { desk_->TryNow(); };
-    commands.getSignPicture = [](const String& kind) {
-        return FromUtf8(KIVO_APP_FOLDER "plugin/tunehive/skin/icon_") + kind + u".png";
-    };
-    commands.getServer = [this] { return desk_->GetServer(); };
-    commands.getNow = [this] { return now; };
-    return commands;
 }
 
 QWidget& Stage::GetWindow()

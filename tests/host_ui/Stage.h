@@ -1,15 +1,7 @@
 #pragma once
 
-#include "host/Account.h"
-#include "host/ContactDesk.h"
-#include "host/HostSettings.h"
-#include "host/IMessages.h"
-#include "host/MainForm.h"
-#include "host/Pages.h"
-#include "host/Services.h"
 #include "platform/ui/qt/QtDesktop.h"
-#include "tests/host/ScriptedSignNetwork.h"
-#include "tests/support/TempFolder.h"
+#include "tests/host/ContactsRoom.h"
 
 #include <QImage>
 
@@ -33,17 +25,15 @@ struct StageLook {
 };
 
 // The program's window with the contacts in front, on a network that a test speaks for.
-class Stage {
+class Stage : public ContactsRoom {
 public:
     explicit Stage(const StageLook& look = {});
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
     ~Stage();
 
-    [[nodiscard]] ContactDesk& GetDesk() { return *desk_; }
     void Open(int width = 340, int height = 680);
-    void SignIn(); // Online, with an account and nobody there.
-    void AddPerson(const String& id, const String& name, SignPresence presence) const;
+    void SignIn();     // Online, with an account and nobody there.
     void AddSamples(); // People in several scripts, with and without signs.
 
     // Widgets by what a screen reader calls them, and by the id of their control in the innermost
@@ -60,24 +50,8 @@ public:
     // The widget's picture; written to the folder KIVO_PICTURES, if that is set, to be looked at.
     static QImage Grab(QWidget& widget, const std::string& name);
 
-    test::TempFolder folder;
-    HostSettings settings;
-    Account account;
-    ScriptedSignNetwork network;
-    Contacts contacts;
-    Pages pages;
-    std::int64_t now = 0;
-    String activated; // Ids, in order.
-
 private:
-    class NoMessages;
-    MainForm::Commands MakeCommands();
-    ContactCommands MakeContactCommands();
-
     std::unique_ptr<ui::qt::QtDesktop> desktop_;
-    std::unique_ptr<NoMessages> messages_;
-    std::unique_ptr<Services> services_;
-    std::unique_ptr<ContactDesk> desk_;
     std::unique_ptr<MainForm> form_;
 };
 

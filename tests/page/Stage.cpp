@@ -12,7 +12,7 @@
 #include "host/Plugins.h"
 #include "host/QtText.h"
 #include "host/Services.h"
-#include "host/sign/LocalSignNetwork.h"
+#include "host/sign/SignNetwork.h"
 #include "host/Texts.h"
 #include "platform/base/PostQueue.h"
 #include "platform/ui/qt/QtDesktop.h"
@@ -192,7 +192,7 @@ struct Stage::Impl {
     host::Account account{settings};
     ui::qt::QtDesktop desktop;
     host::EventLoop loop;
-    host::LocalSignNetwork signs;
+    host::SignNetwork signs;
     host::Contacts contacts;
     std::unique_ptr<host::IMessages> messages;
     host::Pages pages;

@@ -10,7 +10,7 @@
 namespace kivo::test {
 
 Peer::Peer(const SignServer& server, const std::string& name)
-    : stream_(*this, watch_)
+    : stream_(*this, watch_, host::SignPatience().attempt)
 {
     stream_.Open({name + "@" + SignServer::kDomain,
                   SignServer::GetPassword(name),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/sign/SignPatience.h"
 #include "host/sign/XmppStream.h"
 #include "tests/host/sign/SignServer.h"
 

@@ -26,8 +26,9 @@ public:
     bool Write(const String& address, const std::string& password) override
     {
         const std::lock_guard lock(secrets_->mutex);
-        secrets_->passwords[address] = password;
-        return true;
+        if (!secrets_->isLocked)
+            secrets_->passwords[address] = password;
+        return !secrets_->isLocked;
     }
     void Erase(const String& address) override
     {
@@ -52,9 +53,12 @@ String ToText(const std::string& bytes)
     return common::utf8_to_CString(bytes);
 }
 
-Person::Person(const std::string& name, host::SignAddressRule rule)
+Person::Person(const std::string& name,
+               host::SignAddressRule rule,
+               const host::SignPatience& patience)
     : name_(name)
-    , network_(std::make_unique<host::XmppSignNetwork>(u"somebody", MakeStore(secrets), rule))
+    , network_(
+          std::make_unique<host::XmppSignNetwork>(u"somebody", MakeStore(secrets), rule, patience))
 {
     network_->SetListener(this);
     network_->SetPublishing(/*publish=*/true, /*withAddress=*/true);
@@ -169,12 +173,16 @@ void Person::OnContact(const host::SignContact& contact)
 void Person::OnContactGone(const String& id)
 {
     contacts.erase(id);
-    asking.erase(id);
 }
 
 void Person::OnContactAsks(const String& id)
 {
     asking.insert(id);
+}
+
+void Person::OnRequestGone(const String& id)
+{
+    asking.erase(id);
 }
 
 void Person::OnSign(const String& id, const String& kind, const String& title, const Property& sign)
@@ -187,6 +195,14 @@ void Person::OnSign(const String& id, const String& kind, const String& title, c
 void Person::OnSignGone(const String& id)
 {
     signs.erase(id);
+}
+
+SignTest::SignTest()
+{
+    for (const char* const name : {"alice", "bob", "eve"})
+        server.AddUser(name);
+    server.Befriend("alice", "bob");
+    server.Start();
 }
 
 } // namespace kivo::test

@@ -4,6 +4,8 @@
 #include "shell/contracts/base/Property.h"
 #include "tests/host/sign/SignServer.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -19,6 +21,7 @@ struct Secrets {
     std::mutex mutex;
     std::map<String, std::string> passwords; // These are guarded by mutex.
     std::vector<String> erased;
+    bool isLocked = false; // Nothing can be written.
 };
 
 [[nodiscard]] std::unique_ptr<host::ISecretStore> MakeStore(std::shared_ptr<Secrets> secrets);
@@ -34,7 +37,8 @@ public:
     };
 
     explicit Person(const std::string& name,
-                    host::SignAddressRule rule = host::SignAddressRule::Any);
+                    host::SignAddressRule rule = host::SignAddressRule::Any,
+                    const host::SignPatience& patience = {});
     Person(const Person&) = delete;
     Person& operator=(const Person&) = delete;
     ~Person();
@@ -72,6 +76,7 @@ private:
     void OnContact(const host::SignContact& contact) override;
     void OnContactGone(const String& id) override;
     void OnContactAsks(const String& id) override;
+    void OnRequestGone(const String& id) override;
     void OnSign(const String& id,
                 const String& kind,
                 const String& title,
@@ -83,5 +88,12 @@ private:
 };
 
 [[nodiscard]] String ToText(const std::string& bytes);
+
+// A server that runs, with alice and bob, who are friends, and eve, a stranger to both.
+struct SignTest : testing::Test {
+    SignTest();
+
+    SignServer server;
+};
 
 } // namespace kivo::test

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <sstream>
 #include <thread>
 
 namespace kivo::test {
@@ -70,6 +71,29 @@ SignServer::SignServer(const Options& options)
     // A server that can't be had is a failed test, not a skipped one.
     EXPECT_EQ(RunCommand({KIVO_PROSODY_SCRIPT}), 0) << "scripts/prosody says why";
     MakeCertificate();
+    // Its own log has the heads of stanzas alone.
+    AddModule("hears", R"(
+module:hook("pre-iq/bare", function (event)
+    module:log("debug", "hears %s", tostring(event.stanza));
+end, 2000);
+)");
+    AddModule("poison", R"(
+module:hook("pre-iq/bare", function (event)
+    if tostring(event.stanza):find("poison") then
+        event.origin:close({ condition = "not-well-formed" });
+        return true;
+    end
+end, 1000);
+)");
+    if (!options.unheard.empty()) {
+        AddModule("deaf",
+                  R"(
+module:hook("pre-iq/bare", function (event)
+    return tostring(event.stanza):find(")" +
+                      options.unheard + R"(", 1, true) and true or nil;
+end, 1000);
+)");
+    }
 }
 
 SignServer::~SignServer() = default;
@@ -144,6 +168,16 @@ void SignServer::AddModule(const std::string& name, const std::string& source)
 {
     folder_.Write("modules/mod_" + name + ".lua", source);
     modules_ += "\"" + name + "\", ";
+}
+
+bool SignServer::HasHeard(const std::string& text) const
+{
+    std::istringstream log(ReadLog());
+    for (std::string line; std::getline(log, line);) {
+        if (line.find("hears ") != std::string::npos && line.find(text) != std::string::npos)
+            return true;
+    }
+    return false;
 }
 
 void SignServer::Start()

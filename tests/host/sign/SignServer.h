@@ -10,12 +10,14 @@
 namespace kivo::test {
 
 // A real XMPP server on a port of this machine, with a certificate and accounts of its own. It is
-// a program of the build tree, never a service of the machine; scripts/prosody brings it.
+// a program of the build tree, never a service of the machine; scripts/prosody brings it. A tune
+// that holds "poison" ends the stream of whoever publishes it.
 class SignServer {
 public:
     struct Options {
         bool hasEventing = true;
         std::string certificateName = "sign.example";
+        std::string unheard; // Requests that hold it get no answer. Empty: all get one.
     };
 
     static constexpr char kDomain[] = "sign.example";
@@ -32,9 +34,6 @@ public:
     // Two who see each other, as if they had asked and been answered.
     void Befriend(const std::string& a, const std::string& b) const;
 
-    // Before Start: a module of the server, in its language.
-    void AddModule(const std::string& name, const std::string& source);
-
     void Start(); // Returns when it takes connections; again after Kill or Stop.
     void Kill();  // Without warning.
     void Stop();  // In order.
@@ -44,9 +43,14 @@ public:
     [[nodiscard]] static String GetId(const std::string& name);
     [[nodiscard]] const std::string& GetFingerprint() const { return fingerprint_; }
     [[nodiscard]] std::string ReadLog() const { return folder_.Read("log"); }
+
+    // Whether a client has sent something that holds the text to the server itself.
+    [[nodiscard]] bool HasHeard(const std::string& text) const;
     [[nodiscard]] int GetPort() const { return port_; }
 
 private:
+    // Of the server, in its language.
+    void AddModule(const std::string& name, const std::string& source);
     void MakeCertificate();
     void WriteSettings() const;
 

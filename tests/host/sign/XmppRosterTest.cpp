@@ -1,195 +1,149 @@
 #include "host/sign/XmppRoster.h"
 
 #include "shell/contracts/common/Text.h"
+#include "tests/host/NotingSigns.h"
+#include "tests/support/CaseName.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
 #include <string>
-#include <vector>
 
 namespace kivo::test {
 
 namespace {
 
-using host::Sign;
 using host::SignPresence;
 using Subscription = host::RosterItem::Subscription;
 
-Sign MakeSign(const String& title)
+host::RosterItem MakeItem(const std::string& id, Subscription subscription)
 {
-    Sign sign;
-    sign.kind = u"music";
-    sign.title = title;
-    return sign;
+    return {id, "", subscription, false, {}};
 }
 
-// Writes what it hears as words.
-class Page final : public host::ISignNetworkListener {
-public:
-    void OnState(const host::SignState& /*state*/) override {}
-    void OnContact(const host::SignContact& contact) override
-    {
-        constexpr const char* kWords[] = {"offline", "online", "away", "busy"};
-        Add(contact.id, kWords[static_cast<int>(contact.presence)]);
-        names.push_back(contact.name);
-    }
-    void OnContactGone(const String& id) override { Add(id, "gone"); }
-    void OnContactAsks(const String& id) override { Add(id, "asks"); }
-    void OnSign(const String& id,
-                const String& /*kind*/,
-                const String& title,
-                const Property& /*sign*/) override
-    {
-        Add(id, "plays " + common::CString_to_utf8(title));
-    }
-    void OnSignGone(const String& id) override { Add(id, "plays nothing"); }
-
-    std::string Take()
-    {
-        std::string taken;
-        taken.swap(heard_);
-        return taken;
-    }
-
-    std::vector<String> names;
-
-private:
-    void Add(const String& id, const std::string& what)
-    {
-        const std::string name = common::CString_to_utf8(id);
-        heard_ += name.substr(0, name.find('@')) + " " + what + ". ";
-    }
-
-    std::string heard_;
-};
-
-struct Roster : testing::Test {
+// A contact list with bob in it, who is seen and sees.
+struct Roster {
     Roster()
     {
-        roster.SetItems({
-            {"bob@s", "Bob", Subscription::Both, false, {}}
-        });
+        roster.SetItems({MakeItem("bob@s", Subscription::Both)});
+        page.Take();
     }
 
-    Page page;
+    // A step as the server sends it: "item eve@s from", "list carol@s to", "there bob@s/a busy 5",
+    // "left bob@s/a", "tune bob@s song" (no title: none), "offline".
+    void Do(const std::string& step)
+    {
+        static const std::map<std::string, Subscription> subscriptions{
+            {"none",   Subscription::None  },
+            {"to",     Subscription::To    },
+            {"from",   Subscription::From  },
+            {"remove", Subscription::Remove},
+        };
+        static const std::map<std::string, SignPresence> presences{
+            {"online", SignPresence::Online},
+            {"away",   SignPresence::Away  },
+            {"busy",   SignPresence::Busy  },
+        };
+        std::istringstream words(step);
+        std::string what;
+        std::string who;
+        std::string how;
+        int priority = 0;
+        words >> what >> who >> how >> priority;
+        if (what == "item")
+            roster.SetItem(MakeItem(who, subscriptions.at(how)));
+        else if (what == "list")
+            roster.SetItems({MakeItem(who, subscriptions.at(how))});
+        else if (what == "there")
+            roster.OnPresence(who, presences.at(how), priority);
+        else if (what == "left")
+            roster.OnPresence(who, std::nullopt, 0);
+        else if (what == "tune" && how.empty())
+            roster.OnTune(who, std::nullopt);
+        else if (what == "tune")
+            roster.OnTune(who, host::Sign{u"music", common::utf8_to_CString(how), {}});
+        else
+            roster.GoOffline();
+    }
+
+    NotingSigns page;
     host::XmppRoster roster{page};
 };
 
-TEST_F(Roster, AContactComesAndGoes)
+struct Story {
+    const char* name;
+    std::vector<const char*> steps;
+    const char* heard;
+};
+
+const Story kStories[] = {
+    {"AContactComesAndGoes",
+     {"there bob@s/a online", "there bob@s/a away", "there bob@s/a away", "left bob@s/a"},
+     "bob online. bob away. bob offline. "                                                                                           },
+    {"TheDeviceWithTheHighestPriorityIsShown",
+     {"there bob@s/phone busy 5", "there bob@s/kivo online -1", "left bob@s/phone"},
+     "bob busy. bob online. "                                                                                                        },
+    {"ATuneBeforePresenceWaitsForIt",
+     {"tune bob@s song", "there bob@s/a online"},
+     "bob online. bob plays music song. "                                                                                            },
+    {"ASignGoesWithItsOwnerAndComesBackWithHim",
+     {"there bob@s/a online", "tune bob@s song", "left bob@s/a", "there bob@s/a away"},
+     "bob online. bob plays music song. bob plays nothing. bob offline. "
+     "bob away. bob plays music song. "                                                                                              },
+    {"ATuneOfNothingTakesItAway",
+     {"there bob@s/a online", "tune bob@s song", "tune bob@s", "tune bob@s"},
+     "bob online. bob plays music song. bob plays nothing. "                                                                         },
+    {"WhoDoesNotLetTheUserSeeIsNotHeard",
+     {"item eve@s none",
+      "there eve@s/a online",
+      "tune eve@s forged",
+      "item eve@s from",
+      "there eve@s/a online",
+      "tune eve@s forged"},
+     "eve offline. eve offline. "                                                                                                    },
+    {"AStrangerIsNotHeard",                                {"there eve@s/a online", "tune eve@s forged"}, ""                         },
+    {"ADeviceDoesNotSpeakForTheContact",
+     {"there bob@s/a online", "tune bob@s/a forged"},
+     "bob online. "                                                                                                                  },
+    {"WhoMayNoLongerBeSeenIsOfflineWithoutASign",
+     {"there bob@s/a online", "tune bob@s song", "item bob@s from"},
+     "bob online. bob plays music song. bob plays nothing. bob offline. "                                                            },
+    {"ALostStreamTakesAllOfflineAndWhatTheyPlayComesAnew",
+     {"there bob@s/a online", "tune bob@s song", "offline", "there bob@s/a online"},
+     "bob online. bob plays music song. bob plays nothing. bob offline. bob online. "                                                },
+    {"ANewListReplacesTheOldOne",                          {"list carol@s to"},                           "bob gone. carol offline. "},
+    {"WhoIsTakenOffTheListIsGone",                         {"item bob@s remove", "item dave@s remove"},   "bob gone. "               },
+    {"UnfitAddressesAreLeftOut",                           {"item e\xE2\x80\xAEve@s to", "item s to"},    ""                         },
+};
+
+class RosterTest : public testing::TestWithParam<Story> {};
+
+TEST_P(RosterTest, IsHeard)
 {
-    EXPECT_EQ(page.Take(), "bob offline. ");
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    roster.OnPresence("bob@s/a", SignPresence::Away, 0);
-    roster.OnPresence("bob@s/a", SignPresence::Away, 0);
-    roster.OnPresence("bob@s/a", std::nullopt, 0);
-    EXPECT_EQ(page.Take(), "bob online. bob away. bob offline. ");
+    Roster roster;
+    for (const char* const step : GetParam().steps)
+        roster.Do(step);
+    EXPECT_EQ(roster.page.Take(), GetParam().heard);
 }
 
-TEST_F(Roster, TheDeviceWithTheHighestPriorityIsShown)
-{
-    roster.OnPresence("bob@s/phone", SignPresence::Busy, 5);
-    roster.OnPresence("bob@s/kivo", SignPresence::Online, -1);
-    roster.OnPresence("bob@s/phone", std::nullopt, 0);
-    EXPECT_EQ(page.Take(), "bob offline. bob busy. bob online. ");
-}
+INSTANTIATE_TEST_SUITE_P(Stories, RosterTest, testing::ValuesIn(kStories), CaseName<Story>);
 
-TEST_F(Roster, ATuneBeforePresenceWaitsForIt)
+TEST(RosterOfMany, CleansNamesAndIsBoundedHoweverMuchComes)
 {
-    roster.OnTune("bob@s", MakeSign(u"song"));
-    EXPECT_EQ(page.Take(), "bob offline. ");
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    EXPECT_EQ(page.Take(), "bob online. bob plays song. ");
-}
-
-TEST_F(Roster, ASignGoesWithItsOwnerAndComesBackWithHim)
-{
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    roster.OnTune("bob@s", MakeSign(u"song"));
-    page.Take();
-    roster.OnPresence("bob@s/a", std::nullopt, 0);
-    EXPECT_EQ(page.Take(), "bob plays nothing. bob offline. ");
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    EXPECT_EQ(page.Take(), "bob online. bob plays song. ");
-    roster.OnTune("bob@s", std::nullopt);
-    EXPECT_EQ(page.Take(), "bob plays nothing. ");
-}
-
-TEST_F(Roster, OnlyWhomTheUserMaySeeIsHeard)
-{
-    page.Take();
-    for (const Subscription subscription : {Subscription::None, Subscription::From}) {
-        roster.SetItem({"eve@s", "", subscription, false, {}});
-        roster.OnPresence("eve@s/a", SignPresence::Online, 0);
-        roster.OnTune("eve@s", MakeSign(u"forged"));
-        EXPECT_EQ(page.Take(), "eve offline. ");
-    }
-    roster.OnPresence("mallory@s/a", SignPresence::Online, 0);
-    roster.OnTune("mallory@s", MakeSign(u"forged"));
-    EXPECT_EQ(page.Take(), "");
-}
-
-TEST_F(Roster, ADeviceDoesNotSpeakForTheContact)
-{
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    page.Take();
-    roster.OnTune("bob@s/a", MakeSign(u"forged"));
-    EXPECT_EQ(page.Take(), "");
-}
-
-TEST_F(Roster, WhoMayNoLongerBeSeenIsOfflineWithoutASign)
-{
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    roster.OnTune("bob@s", MakeSign(u"song"));
-    page.Take();
-    roster.SetItem({"bob@s", "Bob", Subscription::From, false, {}});
-    EXPECT_EQ(page.Take(), "bob plays nothing. bob offline. ");
-}
-
-TEST_F(Roster, ALostStreamTakesAllOffline)
-{
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    roster.OnTune("bob@s", MakeSign(u"song"));
-    page.Take();
-    roster.GoOffline();
-    EXPECT_EQ(page.Take(), "bob plays nothing. bob offline. ");
-    roster.OnPresence("bob@s/a", SignPresence::Online, 0);
-    EXPECT_EQ(page.Take(), "bob online. "); // What it plays comes anew.
-}
-
-TEST_F(Roster, ANewListReplacesTheOldOne)
-{
-    page.Take();
-    roster.SetItems({
-        {"carol@s", "", Subscription::To, false, {}}
-    });
-    EXPECT_EQ(page.Take(), "bob gone. carol offline. ");
-    roster.SetItem({"carol@s", "", Subscription::Remove, false, {}});
-    EXPECT_EQ(page.Take(), "carol gone. ");
-    roster.SetItem({"dave@s", "", Subscription::Remove, false, {}});
-    EXPECT_EQ(page.Take(), "");
-}
-
-TEST_F(Roster, NamesAreCleanedAndUnfitAddressesLeftOut)
-{
-    page.Take();
-    roster.SetItem({"bob@s", "\xE2\x80\xAE Bob\n", Subscription::Both, false, {}});
-    EXPECT_EQ(page.names.back(), u"Bob");
-    page.Take();
-    roster.SetItem({"e\xE2\x80\xAEve@s", "", Subscription::Both, false, {}});
-    roster.SetItem({"s", "", Subscription::Both, false, {}});
-    EXPECT_EQ(page.Take(), "");
-}
-
-TEST_F(Roster, IsBoundedHoweverMuchComes)
-{
+    Roster roster;
+    roster.roster.SetItem({"bob@s", "\xE2\x80\xAE Bob\n", Subscription::Both, false, {}});
+    EXPECT_EQ(roster.page.names.back(), u"Bob");
+    roster.page.Take();
     for (int i = 0; i < 1000; ++i)
-        roster.OnPresence("bob@s/" + std::to_string(i), SignPresence::Online, 0);
+        roster.Do("there bob@s/" + std::to_string(i) + " online");
     for (int i = 0; i < 32; ++i)
-        roster.OnPresence("bob@s/" + std::to_string(i), std::nullopt, 0);
-    EXPECT_EQ(page.Take(), "bob offline. bob online. bob offline. ");
+        roster.Do("left bob@s/" + std::to_string(i));
+    EXPECT_EQ(roster.page.Take(), "bob online. bob offline. ");
+    roster.page.names.clear();
     for (int i = 0; i < 11000; ++i)
-        roster.SetItem({std::to_string(i) + "@s", "", Subscription::Both, false, {}});
-    EXPECT_EQ(page.names.size(), 10000U + 2);
+        roster.roster.SetItem(MakeItem(std::to_string(i) + "@s", Subscription::Both));
+    EXPECT_EQ(roster.page.names.size(), 10000U - 1);
 }
 
 } // namespace

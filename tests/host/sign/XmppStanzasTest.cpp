@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace kivo::test {
@@ -32,13 +33,9 @@ TEST_F(Stanzas, APublishedTuneIsForContactsOnly)
     EXPECT_EQ(pubsub.Find("publish").Find("item").Get("id"), "current");
     EXPECT_NE(wire.find("access_model\"><value>presence</value>"), std::string::npos) << wire;
     EXPECT_NE(wire.find("kind=\"video\""), std::string::npos) << wire;
-}
-
-TEST_F(Stanzas, AnEmptyTuneHoldsNothing)
-{
-    const std::string wire = host::MakePublish(text.GetContext(), "1", Tune()).ToText();
-    EXPECT_NE(wire.find("<tune xmlns=\"http://jabber.org/protocol/tune\"/>"), std::string::npos)
-        << wire;
+    const std::string empty = host::MakePublish(text.GetContext(), "1", Tune()).ToText();
+    EXPECT_NE(empty.find("<tune xmlns=\"http://jabber.org/protocol/tune\"/>"), std::string::npos)
+        << empty;
 }
 
 TEST_F(Stanzas, MessagesGoElsewhere)
@@ -99,62 +96,44 @@ TEST_P(AnswerTest, IsAnswered)
 
 INSTANTIATE_TEST_SUITE_P(Rows, AnswerTest, testing::ValuesIn(kAnswerCases), CaseName<AnswerCase>);
 
-struct EventCase {
-    const char* name;
-    std::string inside; // Of <event>.
-    bool isEvent;
-    const char* title; // Of the tune.
-};
-
-std::string MakeItems(const std::string& children,
-                      const std::string& node = "http://jabber.org/protocol/tune")
+TEST_F(Stanzas, ATuneIsReadOutOfItsEvent)
 {
-    return "<items node='" + node + "'>" + children + "</items>";
-}
-
-std::string MakeItem(const std::string& title,
-                     const std::string& space = "http://jabber.org/protocol/tune")
-{
-    return "<item><tune xmlns='" + space + "'>" + title + "</tune></item>";
-}
-
-const std::string kA = MakeItem("<title>A</title>");
-const std::string kB = MakeItem("<title>B</title>");
-const std::string kOtherSpace = MakeItem("<title>A</title>", "urn:x");
-constexpr char kPurge[] = "<purge node='http://jabber.org/protocol/tune'/>";
-constexpr char kDelete[] = "<delete node='http://jabber.org/protocol/tune'/>";
-
-const EventCase kEventCases[] = {
-    {"ATune",     MakeItems(kA),           true,       "A"                        },
-    {"LastOfTwo", MakeItems(kA + kB),      true,       "B"                        },
-    {"EmptyTune", MakeItems(MakeItem("")), true,       ""                         },
-    {"TakenBack", MakeItems("<retract/>"), true,       ""                         },
-    {"Purged",    kPurge,                  true,       ""                         },
-    {"Deleted",   kDelete,                 true,       ""                         },
-    {"OtherNode", MakeItems(kA,            "urn:x"),   false,                       ""},
-    {"OtherSpace",           MakeItems(kOtherSpace),                       false, ""},
-    {"NoItem",           MakeItems(""),                           false,              ""         },
-    {"Text",           "A",                             false,                          ""          },
-    {"Nothing",           "",                          false,                        ""          },
-};
-
-class EventTest : public testing::TestWithParam<EventCase> {};
-
-TEST_P(EventTest, IsReadOrNot)
-{
-    const EventCase& row = GetParam();
-    XmppText text;
-    const auto event = host::ReadTuneEvent(
-        text.Read("<message from='b@s'><event xmlns='http://jabber.org/protocol/pubsub#event'>" +
-                  row.inside + "</event></message>"));
-    ASSERT_EQ(event.has_value(), row.isEvent);
-    if (event) {
-        EXPECT_EQ(event->from, "b@s");
-        EXPECT_EQ(event->tune.title, row.title);
+    const std::string node = " node='http://jabber.org/protocol/tune'";
+    const auto inItem = [](const std::string& inside, const std::string& space) {
+        return "<item><tune xmlns='" + space + "'>" + inside + "</tune></item>";
+    };
+    const std::string space = "http://jabber.org/protocol/tune";
+    const std::string a = inItem("<title>A</title>", space);
+    const std::string b = inItem("<title>B</title>", space);
+    struct Row {
+        std::string inside; // Of <event>.
+        std::optional<std::string> title;
+    };
+    const Row rows[] = {
+        {"<items" + node + ">" + a + "</items>",     "A"                },
+        {"<items" + node + ">" + a + b + "</items>", "B"                }, // The last.
+        {"<items" + node + ">" + inItem("",          space) + "</items>", ""},
+        {"<items" + node + "><retract/></items>",                                          ""                      },
+        {"<purge" + node + "/>",                                          ""                 },
+        {"<delete" + node + "/>",                                          ""                     },
+        {"<items node='urn:x'>" + a + "</items>",                                          std::nullopt },
+        {"<items" + node + ">" + inItem("<title>A</title>",                                          "urn:x") + "</items>",            std::nullopt},
+        {"<items" + node + "/>",                              std::nullopt                                     },
+        {"A", std::nullopt},
+        {"",                              std::nullopt                                                                  },
+    };
+    for (const auto& [inside, title] : rows) {
+        SCOPED_TRACE(inside);
+        const auto event = host::ReadTuneEvent(text.Read(
+            "<message from='b@s'><event xmlns='http://jabber.org/protocol/pubsub#event'>" + inside +
+            "</event></message>"));
+        ASSERT_EQ(event.has_value(), title.has_value());
+        if (event) {
+            EXPECT_EQ(event->from, "b@s");
+            EXPECT_EQ(event->tune.title, title);
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, EventTest, testing::ValuesIn(kEventCases), CaseName<EventCase>);
 
 TEST_F(Stanzas, AContactListIsRead)
 {
