@@ -31,7 +31,7 @@ public:
         ISignNetworkListener& listener; // The references are borrowed.
         ISecretStore& store;
         SocketWatch& watch;
-        SignAddressRule rule;
+        SignAddressRule rule = SignAddressRule::NotThisMachine;
         SignPatience patience;
     };
 

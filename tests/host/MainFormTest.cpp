@@ -73,17 +73,6 @@ TEST_F(PagesTest, AreMadeOnceAndClosedOnce)
     EXPECT_EQ(pages_.GetAll(), std::vector<IPluginWindow*>{&b_});
 }
 
-TEST_F(PagesTest, APageThatIsTakenOutIsClosedFirst)
-{
-    pages_.AddPluginPage(&a_);
-    pages_.CreateAll();
-    pages_.ShowPluginPage(&a_);
-    TakeLog();
-    pages_.RemovePluginPage(&a_);
-    EXPECT_EQ(TakeLog(), u"a-make ");
-    EXPECT_EQ(pages_.IsPluginPageShown(&a_), 0);
-}
-
 TEST_F(PagesTest, OneIsInFront)
 {
     pages_.AddPluginPage(&a_);
@@ -97,6 +86,12 @@ TEST_F(PagesTest, OneIsInFront)
     pages_.ShowPluginPage(nullptr);
     EXPECT_EQ(TakeLog(), u"b-show ");
     EXPECT_EQ(pages_.IsPluginPageShown(&b_), 0);
+    pages_.CreateAll();
+    pages_.ShowPluginPage(&a_);
+    TakeLog();
+    pages_.RemovePluginPage(&a_); // It is closed first.
+    EXPECT_EQ(TakeLog(), u"a-make ");
+    EXPECT_EQ(pages_.IsPluginPageShown(&a_), 0);
 }
 
 class MainFormTest : public PagesTest {
@@ -153,11 +148,13 @@ protected:
     MainForm form_;
 };
 
-TEST_F(MainFormTest, IsTheMainFormInItsUsualSize)
+TEST_F(MainFormTest, IsTheMainFormInItsUsualSizeAndAsksBeforeItCloses)
 {
     EXPECT_EQ(ui::CSkinWndManager::GetInstance()->GetMainForm(), &form_);
     EXPECT_EQ(form_.GetWidth(), 340);
     EXPECT_EQ(form_.GetHeight(), 680);
+    form_.WindowProc(ui::wndmessage::kClose, 0, 0);
+    EXPECT_EQ(TakeLog(), u"quit ");
 }
 
 TEST_F(MainFormTest, TellsNameSignAndState)
@@ -184,9 +181,12 @@ TEST_F(MainFormTest, TellsNameSignAndState)
 
 TEST_F(MainFormTest, TabsBringTheirPagesToTheFront)
 {
+    const ui::CSkinObject& contacts = *form_.FindControlRecusive(u"ContactsPage");
     pages_.AddPluginPage(&a_);
     pages_.AddPluginPage(&b_);
     ASSERT_EQ(GetTabs().size(), 3U);
+    for (const ui::CSkinButton* const tab : GetTabs())
+        EXPECT_NE(tab->GetAccessibleName(), u"");
     GetTabs()[2]->OnPeerPressed();
     EXPECT_EQ(TakeLog(), u"b+show ");
     EXPECT_TRUE(b_.IsSetVisible());
@@ -195,35 +195,17 @@ TEST_F(MainFormTest, TabsBringTheirPagesToTheFront)
 
     GetTabs()[0]->OnPeerPressed(); // The contacts.
     EXPECT_EQ(TakeLog(), u"b-show ");
-    EXPECT_TRUE(form_.FindControlRecusive(u"ContactsPage")->IsSetVisible());
+    EXPECT_TRUE(contacts.IsSetVisible());
     EXPECT_FALSE(GetTabs()[2]->IsChecked());
+
+    GetTabs()[2]->OnPeerPressed();
+    pages_.RemovePluginPage(&b_); // Which leaves the contacts in front.
+    EXPECT_EQ(GetTabs().size(), 2U);
+    EXPECT_EQ(b_.GetParent(), nullptr);
+    EXPECT_TRUE(contacts.IsSetVisible());
 }
 
-TEST_F(MainFormTest, APageThatGoesLeavesTheContactsInFront)
-{
-    pages_.AddPluginPage(&a_);
-    pages_.ShowPluginPage(&a_);
-    pages_.RemovePluginPage(&a_);
-    EXPECT_EQ(GetTabs().size(), 1U);
-    EXPECT_EQ(a_.GetParent(), nullptr);
-    EXPECT_TRUE(form_.FindControlRecusive(u"ContactsPage")->IsSetVisible());
-}
-
-TEST_F(MainFormTest, EveryButtonHasAName)
-{
-    pages_.AddPluginPage(&a_);
-    for (const ui::CSkinButton* const tab : GetTabs())
-        EXPECT_NE(tab->GetAccessibleName(), u"");
-    EXPECT_NE(form_.FindControlRecusive(u"MenuBtn")->GetAccessibleName(), u"");
-}
-
-TEST_F(MainFormTest, TheFramesCloseAsksTheProgram)
-{
-    form_.WindowProc(ui::wndmessage::kClose, 0, 0);
-    EXPECT_EQ(TakeLog(), u"quit ");
-}
-
-TEST(TabStrip, SharesTheWidth)
+TEST(TabStrip, SharesTheWidthFromEitherSide)
 {
     TabStrip tabs;
     tabs.SetPadding({12, 0, 12, 0});
@@ -231,25 +213,20 @@ TEST(TabStrip, SharesTheWidth)
     for (const int& key : keys)
         tabs.AddTab(&key, u"tab", u"");
     tabs.CalculateBounds({0, 0, 340, 36});
-    int right = 12;
-    for (const ui::CSkinObject* const control : tabs.GetControls()) {
-        if (tabs.FindKey(control) == nullptr)
-            continue;
-        EXPECT_EQ(control->GetBoundsRect().left, right);
-        right = control->GetBoundsRect().right + 4;
+    for (const bool isRightToLeft : {false, true}) {
+        ui::CSkinManager::GetInstance()->SetRightToLeft(isRightToLeft);
+        tabs.RePositionSubControls();
+        int end = 12 - 4; // Of the one before, from the side where writing begins.
+        for (const ui::CSkinObject* const control : tabs.GetControls()) {
+            if (tabs.FindKey(control) == nullptr)
+                continue;
+            const Rect place = control->GetBoundsRect();
+            EXPECT_EQ(isRightToLeft ? 340 - place.right : place.left, end + 4);
+            end = isRightToLeft ? 340 - place.left : place.right;
+        }
+        EXPECT_EQ(end, 340 - 12);
     }
-    EXPECT_EQ(right - 4, 340 - 12);
-
-    ui::CSkinManager::GetInstance()->SetRightToLeft(true);
-    tabs.RePositionSubControls();
     ui::CSkinManager::GetInstance()->SetRightToLeft(false);
-    int left = 340 - 12;
-    for (const ui::CSkinObject* const control : tabs.GetControls()) {
-        if (tabs.FindKey(control) == nullptr)
-            continue;
-        EXPECT_EQ(control->GetBoundsRect().right, left);
-        left = control->GetBoundsRect().left - 4;
-    }
     tabs.RemoveTab(&keys[1]);
     tabs.RemoveTab(&keys[1]);
     EXPECT_EQ(tabs.GetTabCount(), 2);

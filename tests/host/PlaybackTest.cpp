@@ -2,60 +2,20 @@
 
 #include "host/Terminal.h"
 #include "platform/base/PostQueue.h"
-#include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/host/Pipe.h"
+#include "tests/support/NotingRemote.h"
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <optional>
+#include <utility>
 
 namespace kivo::host {
 namespace {
 
-// A player that goes through the states that a test tells.
-class ScriptedRemote final : public ITuneHiveRemote {
-public:
-    void Tell(int newState)
-    {
-        state = newState;
-        listeners.Notify(newState);
-    }
-
-    void Open(const std::vector<String>& items, const String& group, bool playFirst) override
-    {
-        opened = items;
-        EXPECT_EQ(group, u"playing");
-        EXPECT_TRUE(playFirst);
-    }
-    void Play() override {}
-    void Pause() override {}
-    void Stop() override {}
-    void Next() override {}
-    void Previous() override {}
-    void Seek(double /*seconds*/) override {}
-    [[nodiscard]] int GetVolume() const override { return -1; }
-    void SetVolume(int /*volume*/) override {}
-    [[nodiscard]] int GetState() const override { return state; }
-    [[nodiscard]] String GetTitle() const override { return title; }
-    [[nodiscard]] String GetArtist() const override { return {}; }
-    [[nodiscard]] String GetPath() const override { return path; }
-    [[nodiscard]] double GetPosition() const override { return 5.9; }
-    [[nodiscard]] double GetLength() const override { return 200; }
-    [[nodiscard]] bool IsAtRest() const override { return isAtRest; }
-    void AddListener(const Delegate<int>& listener) override { listeners.Add(listener); }
-    void RemoveListener(const Delegate<int>& listener) override { listeners.Remove(listener); }
-    bool StopWork(int /*timeoutMs*/) override { return true; }
-    void ToggleFullScreen() override {}
-    void OpenWebForm() override {}
-    void SetMusicServer(const String& /*hostAndPort*/) override {}
-
-    int state = 0;
-    bool isAtRest = false;
-    String title;
-    String path = u"/m/a.mp3";
-    std::vector<String> opened;
-    DelegateList<int> listeners;
-};
+constexpr Playback::Rules kToTheEnd{false, true, false};
+constexpr Playback::Rules kOffScreen{true, false, true};
 
 class PlaybackTest : public testing::Test {
 protected:
@@ -65,47 +25,51 @@ protected:
             EXPECT_FALSE(status_.has_value()) << "ended twice";
             status_ = status;
         });
+        remote_.path = u"/m/a.mp3";
         playback_->Open({remote_.path});
+        EXPECT_EQ(std::exchange(remote_.calls, {}), "open 1 and play ");
         PostQueue::Get().RunPending();
     }
-    void Tell(int state)
+    void Tell(std::initializer_list<int> states)
     {
-        remote_.Tell(state);
-        PostQueue::Get().RunPending();
+        for (const int state : states) {
+            remote_.Tell(state);
+            PostQueue::Get().RunPending();
+        }
     }
 
-    ScriptedRemote remote_;
+    test::NotingRemote remote_;
     Pipe pipe_;
     Terminal terminal_{pipe_.GetInput(), 0};
     std::optional<int> status_;
     std::optional<Playback> playback_;
 };
 
-constexpr Playback::Rules kToTheEnd{false, true, false};
-constexpr Playback::Rules kOffScreen{true, false, true};
-
 TEST_F(PlaybackTest, EndsWithZeroOnceWhatPlayedHasComeToRest)
 {
     Start(kToTheEnd);
-    Tell(9);
-    Tell(3);
-    Tell(8); // The next one is under way.
+    Tell({9, 3, 8}); // The next one is under way.
     EXPECT_FALSE(status_.has_value());
     remote_.isAtRest = true;
-    Tell(1);
-    Tell(1);
+    Tell({1, 1});
     EXPECT_EQ(status_, 0);
     EXPECT_EQ(pipe_.Take(), "");
 }
 
 TEST_F(PlaybackTest, EndsWithOneWhenNothingPlayed)
 {
-    Start(kToTheEnd);
-    Tell(9);
-    remote_.isAtRest = true;
-    Tell(8);
-    EXPECT_EQ(status_, 1);
-    EXPECT_EQ(pipe_.Take(), "kivo: /m/a.mp3 can't be played\nkivo: nothing could be played\n");
+    for (const Playback::Rules& rules : {kToTheEnd, kOffScreen}) {
+        status_.reset();
+        remote_.isAtRest = false;
+        Start(rules);
+        Tell({9});
+        remote_.isAtRest = true;
+        Tell({8});
+        EXPECT_EQ(status_, 1);
+        EXPECT_NE(
+            pipe_.Take().find("kivo: /m/a.mp3 can't be played\nkivo: nothing could be played\n"),
+            std::string::npos);
+    }
 }
 
 TEST_F(PlaybackTest, AnEmptyFolderEndsWithoutAnyState)
@@ -113,22 +77,18 @@ TEST_F(PlaybackTest, AnEmptyFolderEndsWithoutAnyState)
     Start(kToTheEnd);
     EXPECT_FALSE(status_.has_value()); // It is still being looked through.
     remote_.isAtRest = true;
-    Tell(-1);
+    Tell({-1});
     EXPECT_EQ(status_, 1);
 }
 
 TEST_F(PlaybackTest, NamesEachTrackThatFails)
 {
     Start(kToTheEnd);
-    Tell(9);
-    Tell(10); // It isn't there.
+    Tell({9, 10}); // It isn't there.
     remote_.path = u"http://dead\x1b/";
-    Tell(9);
-    Tell(8); // It never began.
+    Tell({9, 8}); // It never began.
     remote_.path = u"/m/c.mp3";
-    Tell(9);
-    Tell(3);
-    Tell(8); // This is its end.
+    Tell({9, 3, 8}); // This is its end.
     EXPECT_EQ(pipe_.Take(),
               "kivo: /m/a.mp3 can't be played\nkivo: http://dead?/ can't be played\n");
 }
@@ -137,22 +97,11 @@ TEST_F(PlaybackTest, OffScreenARunThatPlayedGoesOn)
 {
     remote_.title = u"Tune";
     Start(kOffScreen);
-    Tell(9);
-    Tell(3);
-    Tell(2);
+    Tell({9, 3, 2});
     remote_.isAtRest = true;
-    Tell(1);
+    Tell({1});
     EXPECT_FALSE(status_.has_value());
     EXPECT_EQ(pipe_.Take(), "Opening: Tune\nPlaying: Tune\nPaused: Tune\n");
-}
-
-TEST_F(PlaybackTest, OffScreenARunThatCannotPlayEnds)
-{
-    Start(kOffScreen);
-    Tell(9);
-    remote_.isAtRest = true;
-    Tell(8);
-    EXPECT_EQ(status_, 1);
 }
 
 TEST_F(PlaybackTest, SettlesAtTheFirstSoundOrWhenThereIsNone)
@@ -162,11 +111,10 @@ TEST_F(PlaybackTest, SettlesAtTheFirstSoundOrWhenThereIsNone)
         Start({});
         playback_->SetSettledListener([&settled] { ++settled; });
         remote_.isAtRest = false;
-        Tell(9);
+        Tell({9});
         EXPECT_FALSE(playback_->HasSettled());
         remote_.isAtRest = last == 8;
-        Tell(last);
-        Tell(last);
+        Tell({last, last});
         EXPECT_TRUE(playback_->HasSettled());
     }
     EXPECT_EQ(settled, 2);

@@ -257,6 +257,7 @@ TEST_F(PluginTest, AnActivatedSign)
         EXPECT_EQ(layout_.shown.size(), row.showsPage ? 1U : 0U);
         EXPECT_EQ(host_.boxes.size(), row.showsBox ? 1U : 0U);
         EXPECT_EQ(control_.CountCalls("SetURL"), row.plays ? 1 : 0);
+        EXPECT_EQ(control_.calls.empty(), !row.plays); // Nor is what plays stopped.
     }
     ASSERT_EQ(host_.boxes.size(), 1U);
     EXPECT_EQ(host_.boxes[0].code, 41);

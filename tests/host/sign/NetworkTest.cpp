@@ -284,45 +284,36 @@ TEST_F(Network, SignedInAndIdleItHardlyWakes)
     EXPECT_LE(wakeUps, 1);
 }
 
-TEST_F(Network, WhoeverListensNextHearsAllAgain)
+TEST_F(Network, ASignMovesWithItsOwnerAndWhoeverListensNextHearsAllAgain)
 {
     Person alice("alice");
-    Person bob("bob");
-    ASSERT_TRUE(alice.SignIn(server));
-    ASSERT_TRUE(bob.SignIn(server));
-    bob.Play(kStream, "His");
+    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
+    EXPECT_EQ(alice.Get().GetOwnId(), u"somebody");
     alice.Play(kStream, "Hers");
+    EXPECT_TRUE(alice.signs.contains(u"somebody"));
+    ASSERT_TRUE(alice.SignIn(server));
+    EXPECT_EQ(alice.Get().GetOwnId(), SignServer::GetId("alice"));
+    EXPECT_EQ(alice.signs.size(), 1U);
+    Person bob("bob");
+    ASSERT_TRUE(bob.SignIn(server));
+    EXPECT_TRUE(bob.WaitForTitle("alice", "Hers"));
+    bob.Play(kStream, "His");
     ASSERT_TRUE(alice.WaitForTitle("bob", "His"));
+
     alice.Forget();
     alice.Listen();
     EXPECT_EQ(alice.state.connection, SignConnection::Online);
     EXPECT_EQ(alice.contacts.size(), 1U);
     EXPECT_EQ(alice.signs[SignServer::GetId("bob")].title, u"His");
     EXPECT_EQ(alice.signs[SignServer::GetId("alice")].title, u"Hers");
-}
 
-TEST_F(Network, SignedOutItIsAsLocalAsBefore)
-{
-    Person alice("alice");
-    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
-    EXPECT_EQ(alice.Get().GetOwnId(), u"somebody");
-    alice.Play(kStream, "A song");
-    EXPECT_TRUE(alice.signs.contains(u"somebody"));
-    ASSERT_TRUE(alice.SignIn(server));
-    EXPECT_EQ(alice.Get().GetOwnId(), SignServer::GetId("alice"));
-    EXPECT_TRUE(alice.signs.contains(SignServer::GetId("alice"))); // It moved along.
-    EXPECT_EQ(alice.signs.size(), 1U);
-    Person bob("bob");
-    ASSERT_TRUE(bob.SignIn(server));
-    EXPECT_TRUE(bob.WaitForTitle("alice", "A song"));
     alice.Get().SignOut();
-    EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
-    EXPECT_TRUE(alice.contacts.empty());
-    EXPECT_TRUE(alice.signs.contains(u"somebody"));
     EXPECT_TRUE(bob.WaitForNoSign("alice"));
     RunFor(500); // What is still on its way isn't told.
     EXPECT_EQ(alice.state.connection, SignConnection::LocalOnly);
     EXPECT_TRUE(alice.contacts.empty());
+    EXPECT_TRUE(alice.signs.contains(u"somebody"));
+    EXPECT_EQ(alice.signs.size(), 1U);
 }
 
 TEST_F(Network, AWrongPasswordIsRefusedUntilTheUserGivesAnother)
