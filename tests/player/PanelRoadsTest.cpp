@@ -5,72 +5,19 @@
 #include "player/IMediaPlayer.h"
 #include "shell/base/Settings.h"
 #include "tests/platform/engine/EngineRun.h"
+#include "tests/platform/engine/Radio.h"
 #include "tests/player/PanelRun.h"
 #include "tests/support/CaseName.h"
-#include "tests/support/HttpServer.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestLoop.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <filesystem>
 
 namespace kivo::test {
 
 namespace {
-
-constexpr std::size_t kBytesOfASecond = 4'000; // Of long.mp3, at 32 kbit a second.
-
-const std::string kStreamHead = "HTTP/1.1 200 OK\r\nContent-Type: audio/mpeg\r\n"
-                                "Connection: close\r\n";
-
-// Addresses of a server on this machine, by what it does there.
-class Radio {
-public:
-    Radio()
-    {
-        const auto part = [this](std::size_t from, std::size_t to) {
-            return std::string_view(song_).substr(from * kBytesOfASecond,
-                                                  (to - from) * kBytesOfASecond);
-        };
-        server_.Serve("/stalls", [=](const HttpRequest&, HttpAnswer& answer) {
-            if (answer.Send(kStreamHead + "\r\n") && answer.Send(part(0, 1)) && answer.Pause(2'500))
-                answer.Send(part(1, 4));
-        });
-        server_.Serve("/hangs", [=](const HttpRequest&, HttpAnswer& answer) {
-            if (answer.Send(kStreamHead + "\r\n") && answer.Send(part(0, 1)))
-                answer.Hang();
-        });
-        server_.Serve("/dies", [=](const HttpRequest&, HttpAnswer& answer) {
-            answer.Send(kStreamHead + "\r\n");
-            answer.Send(part(0, 1));
-        });
-        server_.Serve("/titles", [this](const HttpRequest&, HttpAnswer& answer) {
-            SendTitles(answer, song_);
-        });
-        server_.ServeBytes("/file.mp3", ReadMedia("tone.mp3"), "audio/mpeg");
-    }
-
-    [[nodiscard]] std::string GetUrl(const std::string& path) const { return server_.GetUrl(path); }
-
-private:
-    static void SendTitles(HttpAnswer& answer, std::string_view song)
-    {
-        constexpr std::size_t kInterval = 2'000;
-        answer.Send(kStreamHead + "icy-metaint: " + std::to_string(kInterval) + "\r\n\r\n");
-        for (std::size_t at = 0; at + kInterval < song.size(); at += kInterval) {
-            std::string title = at < 8'000 ? "StreamTitle='First';" : "StreamTitle='Second';";
-            title.resize((title.size() + 15) / 16 * 16);
-            const char length = static_cast<char>(title.size() / 16);
-            if (!answer.Send(song.substr(at, kInterval)) || !answer.Send({&length, 1}) ||
-                !answer.Send(title) || !answer.Pause(100))
-                return;
-        }
-    }
-
-    const std::string song_ = ReadMedia("long.mp3");
-    HttpServer server_;
-};
 
 class PanelRoadsTest : public testing::Test {
 public:

@@ -44,8 +44,7 @@ bool ReadHead(int socket, HttpRequest& request)
             return false; // Another protocol.
     }
     std::istringstream lines(head);
-    std::string method;
-    lines >> method >> request.path;
+    lines >> request.method >> request.path;
     std::string line;
     std::getline(lines, line);
     while (std::getline(lines, line) && line.size() > 1) {
@@ -90,6 +89,12 @@ void SendBody(const HttpRequest& request,
 }
 
 } // namespace
+
+bool HttpAnswer::Receive(HttpRequest& next) const
+{
+    next = {};
+    return ReadHead(socket_, next);
+}
 
 bool HttpAnswer::Send(std::string_view bytes) const
 {

@@ -10,7 +10,8 @@
 namespace kivo::test {
 
 struct HttpRequest {
-    std::string path;
+    std::string method;
+    std::string path; // Or a whole address, as other protocols of the same shape have it.
     std::map<std::string, std::string> heads; // Names in lower case.
 };
 
@@ -21,6 +22,9 @@ public:
         : socket_(socket)
     {
     }
+
+    // The next request on the same connection, for those who keep it. As Send.
+    bool Receive(HttpRequest& next) const;
 
     // False: the other side is gone, or the server is at its end.
     bool Send(std::string_view bytes) const;

@@ -3,14 +3,26 @@
 #include "shell/contracts/common/Text.h"
 #include "tests/support/TestLoop.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 namespace kivo::test {
 
 namespace {
 
+constexpr int kQuiet = 150; // Milliseconds.
+
 bool isGapless = false;
+
+// The number behind the word's first part, as in "seek=10" and "@3".
+int GetNumber(const std::string& word, std::size_t from)
+{
+    return std::stoi(word.substr(from));
+}
 
 } // namespace
 
@@ -31,6 +43,41 @@ MediaEngineSettings EngineRun::Silent()
 void EngineRun::SetGapless(bool on)
 {
     isGapless = on;
+}
+
+void EngineRun::Do(const std::string& script)
+{
+    std::istringstream words(script);
+    for (std::string word; words >> word;)
+        Act(word);
+}
+
+void EngineRun::Act(const std::string& word)
+{
+    if (word == "play")
+        engine_->Play();
+    else if (word == "pause")
+        engine_->Pause();
+    else if (word == "stop")
+        engine_->Stop();
+    else if (word == "manual")
+        engine_->SetAutoStart(/*on=*/false);
+    else if (word == "quiet")
+        RunFor(kQuiet);
+    else if (word.starts_with("seek="))
+        engine_->SetPosition(GetNumber(word, 5));
+    else if (word.starts_with("@"))
+        EXPECT_TRUE(RunToState(GetNumber(word, 1))) << word << " after " << GetTrace();
+    else if (word.starts_with("#"))
+        EXPECT_TRUE(RunToCount(static_cast<std::size_t>(GetNumber(word, 1)))) << GetTrace();
+    else if (word.starts_with("on"))
+        reactions_.push_back({GetNumber(word, word.starts_with("once") ? 4 : 2),
+                              word.substr(word.find('=') + 1),
+                              !word.starts_with("once")});
+    else if (word.starts_with("/"))
+        SetBytes(base + word);
+    else
+        SetFile(word);
 }
 
 void EngineRun::SetFile(const std::string& name)
@@ -66,6 +113,14 @@ void EngineRun::OnState(int state)
     states_.push_back(state);
     if (onState)
         onState(state);
+    const auto found = std::find_if(
+        reactions_.begin(), reactions_.end(), [&](const auto& one) { return one.state == state; });
+    if (found == reactions_.end())
+        return;
+    const std::string word = found->word;
+    if (!found->isRepeated)
+        reactions_.erase(found);
+    Act(word);
 }
 
 std::string GetMediaPath(const std::string& name)

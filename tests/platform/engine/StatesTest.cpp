@@ -11,131 +11,94 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iterator>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace kivo::test {
 
 namespace {
 
-// Long enough for the core to say what it still has to say.
-constexpr int kSilence = 150;
+struct ScriptCase {
+    const char* name;
+    const char* script; // As EngineRun::Do takes it.
+    const char* trace;
+};
 
-TEST(States, WithoutAutoStartTheAddressWaitsReady)
+constexpr ScriptCase kScripts[] = {
+    {"WithoutAutoStartItWaitsReady",      "manual tone.wav @10 quiet",                     "10"                            },
+    {"AndStartsWhenPlayed",               "manual tone.wav @10 play @8 tone.wav @10",      "10 9 3 8 10"                   },
+    {"WithoutAutoStartAGoneFileIsTold",   "manual not-there.wav @10 quiet",                "9 10"                          },
+    {"PauseAndPlayTellNothingElse",       "long.mp3 @3 pause pause quiet play play quiet", "9 3 2 3"                       },
+    {"APauseBeforeTheStartStillTellsIt",  "long.mp3 pause @2 quiet play quiet",            "9 3 2 3"                       },
+    {"ASeekTellsNothing",                 "long.mp3 @3 seek=10 quiet pause seek=5 quiet",  "9 3 2"                         },
+    {"ASeekBehindTheEndStopsShortOfIt",   "long.mp3 @3 seek=60 @8",                        "9 3 8"                         },
+    {"OrEndsOnceItPlaysOn",
+     "long.mp3 @3 pause seek=60 quiet seek=29 seek=60 quiet play @8",                      "9 3 2 3 8"                     },
+    {"StopTellsOnceAndOnlyWhatPlays",     "stop long.mp3 @3 stop stop quiet stop quiet",   "9 3 1"                         },
+    {"AStoppedAddressStartsAnew",         "long.mp3 @3 stop @1 play @3",                   "9 3 1 9 3"                     },
+    {"AnEndedAddressStartsAnew",          "tone.wav @8 play @3 @8",                        "9 3 8 9 3 8"                   },
+    {"AStopRightAfterTheAddressIsSilent", "tone.mp3 stop quiet quiet tone.mp3 @3",         "9 3"                           },
+    {"AStopInsideTheEndTellsNothing",     "on8=stop tiny.wav @8 quiet",                    "9 3 8"                         },
+    {"AStopRightAfterItNeither",          "tone.wav @8 stop tone.flac @3 @8",              "9 3 8 9 3 8"                   },
+    {"ReplacedInTransition",              "once9=long.mp3 tone.flac #4 quiet",             "9 1 9 3"                       },
+    {"ReplacedWhilePlaying",              "once3=long.mp3 tone.flac #5 quiet",             "9 3 1 9 3"                     },
+    {"ReplacedWhilePaused",               "once3=pause once2=long.mp3 tone.flac #6 quiet", "9 3 2 1 9 3"                   },
+    {"ReplacedAtTheEnd",                  "once8=long.mp3 tiny.wav #5 quiet",              "9 3 8 9 3"                     },
+    {"ReplacedWhenStopped",               "once3=stop once1=long.mp3 tone.flac #5 quiet",  "9 3 1 9 3"                     },
+    {"ASongAfterAFilm",                   "long.mp4 @3 long.mp3 quiet @3 quiet stop @1",   "9 3 1 9 3 1"                   },
+    {"OfManyInOneTurnTheLastPlays",
+     "long.mp3 @3 tone.ogg not-there.mp3 tone.mp4 text.mp3 empty.mp3 tone.wma long.mp4 quiet @3 "
+     "quiet",                                                                              "9 3 1 9 3"                     },
+    {"ThroughGoodGoneAndBrokenFiles",
+     "once8=tiny.mp3 once8=not-there.mp3 once10=text.mp3 once8=empty.mp3 once8=tiny.wav tiny.wav "
+     "#14 quiet",                                                                          "9 3 8 9 3 8 9 10 9 8 9 8 9 3 8"},
+    {"ABrokenFileThatIsRepeatedRests",    "on8=text.mp3 text.mp3 @1 quiet",                "9 8 9 1"                       },
+    {"AndGetsItsChanceAfterAnother",
+     "text.mp3 @8 text.mp3 @1 tiny.wav @8 text.mp3 #9",                                    "9 8 9 1 9 3 8 9 8"             },
+};
+
+class StatesTest : public testing::TestWithParam<ScriptCase> {};
+
+TEST_P(StatesTest, Tells)
 {
     EngineRun run;
-    run.Get().SetAutoStart(/*on=*/false);
-    run.SetFile("tone.wav");
-    run.RunToState(10);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "10");
-    run.Get().Play();
-    run.RunToState(8);
-    EXPECT_EQ(run.GetTrace(), "10 9 3 8");
-    run.SetFile("not-there.wav");
-    run.RunToState(10);
-    EXPECT_EQ(run.GetTrace(), "10 9 3 8 9 10");
+    run.Do(GetParam().script);
+    EXPECT_EQ(run.GetTrace(), GetParam().trace);
+    // What is told of an address comes with it: its length, its picture, nothing when it rests.
+    const String url = run.Get().GetURL();
+    if (run.Get().GetPlayState() == 3) {
+        const bool isFilm = url.ends_with(u"long.mp4");
+        EXPECT_EQ(run.Get().GetImageWidth(), isFilm ? 320 : 0);
+        if (url.find(u"long") != String::npos) {
+            EXPECT_NEAR(run.Get().GetDuration(), isFilm ? 20 : 30, 0.2);
+        }
+    } else if (run.Get().GetPlayState() != 2) {
+        EXPECT_EQ(run.Get().GetPosition(), 0);
+    }
 }
 
-TEST(States, PauseAndPlayTellNothingElse)
-{
-    EngineRun run;
-    run.SetFile("long.mp3");
-    run.RunToState(3);
-    run.Get().Pause();
-    run.Get().Pause();
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 2");
-    EXPECT_EQ(run.Get().GetPlayState(), 2);
-    run.Get().Play();
-    run.Get().Play();
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 2 3");
-}
+INSTANTIATE_TEST_SUITE_P(Scripts, StatesTest, testing::ValuesIn(kScripts), CaseName<ScriptCase>);
 
-TEST(States, PauseBeforeTheStartStillTellsTheStart)
+TEST(States, PositionsFollowASeekAtOnceAndStayInside)
 {
     EngineRun run;
-    run.SetFile("long.mp3");
-    run.Get().Pause();
-    run.RunToState(2);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 2");
-    run.Get().Play();
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 2 3");
-}
-
-TEST(States, ASeekTellsNothing)
-{
-    EngineRun run;
-    run.SetFile("long.mp3");
-    run.RunToState(3);
-    run.Get().SetPosition(10);
+    run.Do("long.mp3 @3 seek=10");
     EXPECT_EQ(run.Get().GetPosition(), 10);
-    RunFor(kSilence);
+    run.Do("quiet");
     EXPECT_GE(run.Get().GetPosition(), 9.5);
-    run.Get().Pause();
-    run.Get().SetPosition(5);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 2");
+    run.Do("pause seek=5 quiet");
     EXPECT_NEAR(run.Get().GetPosition(), 5, 0.2);
-}
-
-TEST(States, ASeekBehindTheEndStopsShortOfIt)
-{
-    EngineRun run;
-    run.SetFile("long.mp3");
-    run.RunToState(3);
-    run.Get().SetPosition(1e6);
+    run.Get().SetPosition(1e300);
     EXPECT_NEAR(run.Get().GetPosition(), 29.8, 0.2);
     run.Get().SetPosition(-5);
     EXPECT_EQ(run.Get().GetPosition(), 0);
-    run.Get().SetPosition(29.9);
-    run.RunToState(8, 3'000);
-    EXPECT_EQ(run.GetTrace(), "9 3 8");
-}
-
-TEST(States, StopTellsOnceAndOnlyWhatPlays)
-{
-    EngineRun run;
-    run.Get().Stop();
-    run.SetFile("long.mp3");
-    run.RunToState(3);
-    run.Get().Stop();
-    run.Get().Stop();
-    RunFor(kSilence);
-    run.Get().Stop();
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 1");
-    EXPECT_EQ(run.Get().GetPosition(), 0);
-    run.Get().Play();
-    run.RunToState(3);
-    EXPECT_EQ(run.GetTrace(), "9 3 1 9 3");
-}
-
-TEST(States, AStopInsideTheEndTellsNothing)
-{
-    EngineRun run;
-    run.onState = [&](int state) {
-        if (state == 8)
-            run.Get().Stop();
-    };
-    run.SetFile("tiny.wav");
-    run.RunToState(8);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 8");
 }
 
 TEST(States, AStopBeforeTheEndIsDeliveredTakesItsPlace)
 {
     EngineRun run;
-    run.SetFile("tone.wav");
-    run.RunToState(3);
+    run.Do("tone.wav @3");
     RunFor(20);
     // Entry by entry, until the engine has heard of the end and its listener hasn't.
     while (run.Get().GetPosition() > 0) {
@@ -143,127 +106,8 @@ TEST(States, AStopBeforeTheEndIsDeliveredTakesItsPlace)
             poll(nullptr, 0, 1);
     }
     EXPECT_EQ(run.GetTrace(), "9 3");
-    run.Get().Stop();
-    RunFor(kSilence);
+    run.Do("stop quiet");
     EXPECT_EQ(run.GetTrace(), "9 3 1");
-}
-
-struct ReplaceCase {
-    const char* name;
-    int during;
-    const char* trace;
-};
-
-constexpr ReplaceCase kReplaceCases[] = {
-    {"Transitioning", 9, "9 1 9 3"    },
-    {"Playing",       3, "9 3 1 9 3"  },
-    {"Paused",        2, "9 3 2 1 9 3"},
-    {"Ended",         8, "9 3 8 9 3"  },
-    {"Stopped",       1, "9 3 1 9 3"  },
-};
-
-class ReplaceTest : public testing::TestWithParam<ReplaceCase> {};
-
-// Inside each state's delivery, as an impatient listener would.
-TEST_P(ReplaceTest, ANewAddressEndsTheOldOneFirst)
-{
-    const ReplaceCase& row = GetParam();
-    EngineRun run;
-    bool isReplaced = false;
-    run.onState = [&](int state) {
-        if (state == 3 && row.during == 2 && !isReplaced)
-            run.Get().Pause();
-        if (state == 3 && row.during == 1 && !isReplaced)
-            run.Get().Stop();
-        if (state != row.during || std::exchange(isReplaced, true))
-            return;
-        run.SetFile("long.mp3");
-        EXPECT_EQ(run.Get().GetDuration(), 0);
-    };
-    run.SetFile(row.during == 8 ? "tiny.wav" : "tone.flac");
-    const std::string trace = row.trace;
-    run.RunToCount(static_cast<std::size_t>(std::count(trace.begin(), trace.end(), ' ')) + 1);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), trace);
-    EXPECT_NEAR(run.Get().GetDuration(), 30, 0.2);
-}
-
-INSTANTIATE_TEST_SUITE_P(States,
-                         ReplaceTest,
-                         testing::ValuesIn(kReplaceCases),
-                         CaseName<ReplaceCase>);
-
-TEST(States, OfTenAddressesInOneTurnTheLastPlays)
-{
-    EngineRun run;
-    run.SetFile("long.mp3");
-    run.RunToState(3);
-    for (const char* file : {"tone.ogg",
-                             "tone.mp3",
-                             "not-there.mp3",
-                             "tone.mp4",
-                             "text.mp3",
-                             "tone.wav",
-                             "empty.mp3",
-                             "tone.opus",
-                             "tone.wma",
-                             "long.mp4"})
-        run.SetFile(file);
-    run.RunToState(3);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 1 9 3");
-    EXPECT_EQ(run.Get().GetImageWidth(), 320);
-    EXPECT_NEAR(run.Get().GetDuration(), 20, 0.2);
-}
-
-TEST(States, AStopRightAfterTheAddressLeavesSilence)
-{
-    EngineRun run;
-    run.SetFile("tone.mp3");
-    run.Get().Stop();
-    RunFor(2 * kSilence);
-    EXPECT_EQ(run.GetTrace(), "");
-    run.SetFile("tone.mp3");
-    run.RunToState(3);
-    EXPECT_EQ(run.GetTrace(), "9 3");
-}
-
-TEST(States, ThroughAListOfGoodGoneAndBrokenFiles)
-{
-    EngineRun run;
-    std::vector<std::string> list = {
-        "tiny.mp3", "not-there.mp3", "text.mp3", "empty.mp3", "tiny.wav"};
-    run.onState = [&](int state) {
-        if ((state != 8 && state != 10) || list.empty())
-            return;
-        run.SetFile(list.front());
-        list.erase(list.begin());
-    };
-    run.SetFile("tiny.wav");
-    run.RunToCount(15);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 3 8 9 3 8 9 10 9 8 9 8 9 3 8");
-}
-
-TEST(States, ABrokenFileThatIsRepeatedComesToRest)
-{
-    EngineRun run;
-    run.onState = [&](int state) {
-        if (state == 8)
-            run.SetFile("text.mp3");
-    };
-    run.SetFile("text.mp3");
-    run.RunToState(1);
-    RunFor(kSilence);
-    EXPECT_EQ(run.GetTrace(), "9 8 9 1");
-    // After something has played the file gets its chance again.
-    run.onState = {};
-    run.SetFile("tiny.wav");
-    run.RunToState(8);
-    run.Clear();
-    run.SetFile("text.mp3");
-    run.RunToState(8);
-    EXPECT_EQ(run.GetTrace(), "9 8");
 }
 
 struct OddCase {
@@ -271,23 +115,25 @@ struct OddCase {
     bool (*make)(const std::string& path);
 };
 
-const OddCase kOddCases[] = {
-    {"Fifo",         [](const std::string& path) { return mkfifo(path.c_str(), 0600) == 0; }        },
-    {"Device",       [](const std::string& path) { return symlink("/dev/zero", path.c_str()) == 0; }},
-    {"Folder",       [](const std::string& path) { return mkdir(path.c_str(), 0700) == 0; }         },
-    {"Socket",
-     [](const std::string& path) {
-         sockaddr_un address{};
-         address.sun_family = AF_UNIX;
-         path.copy(std::data(address.sun_path), sizeof address.sun_path - 1);
-         const int server = socket(AF_UNIX, SOCK_STREAM, 0);
-         const bool isBound =
-             bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-         close(server);
-         return isBound;
-     }                                                                                              },
-    {"LinkToItself",
-     [](const std::string& path) { return symlink(path.c_str(), path.c_str()) == 0; }               },
+bool MakeSocket(const std::string& path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(std::data(address.sun_path), sizeof address.sun_path - 1);
+    const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+    const bool isBound =
+        bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(server);
+    return isBound;
+}
+
+constexpr OddCase kOddCases[] = {
+    {"Fifo",       [](const std::string& path) { return mkfifo(path.c_str(), 0600) == 0; }        },
+    {"Device",     [](const std::string& path) { return symlink("/dev/zero", path.c_str()) == 0; }},
+    {"Folder",     [](const std::string& path) { return mkdir(path.c_str(), 0700) == 0; }         },
+    {"ItsOwnLink",
+     [](const std::string& path) { return symlink(path.c_str(), path.c_str()) == 0; }             },
+    {"Socket",     MakeSocket                                                                     },
 };
 
 TEST(States, WhatIsNoRegularFileIsRefusedUnopened)
@@ -323,7 +169,7 @@ TEST(States, NoneIsDeliveredAfterTheEnd)
         run.onState = [&](int) { ++count; };
         run.SetFile(i % 2 == 0 ? "long.mp4" : "tiny.wav");
         if (i > 4)
-            run.RunToState(i > 12 ? 3 : 9);
+            run.RunToCount(i > 12 ? 2 : 1);
         count = 0;
         run.End();
         PostQueue::Get().RunPending();
@@ -338,9 +184,7 @@ TEST(States, AListenerMayEndTheEngine)
         if (state == 3)
             run.End();
     };
-    run.SetFile("long.mp4");
-    EXPECT_TRUE(run.RunToState(3));
-    RunFor(kSilence);
+    run.Do("long.mp4 @3 quiet");
     EXPECT_EQ(run.GetTrace(), "9 3");
 }
 
