@@ -78,7 +78,11 @@ void CLibCache::Initialize(const String& directory, std::function<void()> onLoad
         files_.emplace(stem, std::make_unique<CLibCacheFile>(stem, path));
     }
     loaded_.store(false, std::memory_order_release);
-    loader_.Post(JobPriority::RowOnScreen, std::make_unique<LoadJob>(*this, std::move(onLoaded)));
+    if (loader_.Post(JobPriority::RowOnScreen, std::make_unique<LoadJob>(*this, onLoaded)))
+        return;
+    // Without a thread it is done here, and never a second time.
+    static_cast<void>(loader_.Stop(0));
+    LoadJob(*this, std::move(onLoaded)).RunSlice();
 }
 
 void CLibCache::Uninitialize()

@@ -27,7 +27,8 @@ public:
     virtual ~CLibCache(); // Saves nothing.
 
     // Creates the folder, which ends in a separator, and has its library files read on a thread of
-    // its own; `onLoaded`, if set, is called there when that is done. Nothing when initialised.
+    // its own, or here where there is none to have; `onLoaded`, if set, is called there when that
+    // is done. Nothing when initialised.
     void Initialize(const String& directory, std::function<void()> onLoaded = {});
 
     // Saves the files that changed and frees everything. Nothing when not initialised.

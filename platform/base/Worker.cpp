@@ -57,15 +57,15 @@ CWorker::~CWorker()
     static_cast<void>(Stop(5000));
 }
 
-void CWorker::Post(JobPriority priority, std::unique_ptr<IJob> job)
+bool CWorker::Post(JobPriority priority, std::unique_ptr<IJob> job)
 {
     if (!job)
-        return;
+        return false;
     // Declared before the lock, so that a dropped job is freed after it.
     const std::shared_ptr<Impl> impl = impl_;
     const std::lock_guard lock(impl->mutex);
     if (impl->stopping)
-        return;
+        return false;
     impl->jobs.emplace(Impl::Place(priority, ++impl->arrivals), std::move(job));
     if (impl->ended) {
         impl->ended = false;
@@ -76,6 +76,7 @@ void CWorker::Post(JobPriority priority, std::unique_ptr<IJob> job)
         }
     }
     impl->changed.notify_all();
+    return !impl->ended;
 }
 
 void CWorker::RequestStop()

@@ -40,6 +40,8 @@ class LibrarySafety : public testing::Test {
 protected:
     LibrarySafety()
     {
+        namespace fs = std::filesystem;
+        fs::permissions(folder_.GetNative(), fs::perms(0777)); // For the ordinary user.
         RunLibrary(folder_.GetPath(), 0);
         folder_.Write(kUrls, kDamaged);
         library_ = folder_.Read(kLocal);
@@ -90,19 +92,33 @@ TEST_F(LibrarySafety, AFolderThatCantBeWrittenLosesNothingAndIsTold)
     namespace fs = std::filesystem;
     fs::permissions(folder_.GetNative(), fs::perms(0555));
     ExpectNothingLost([this] { return RunBoth(); });
-    fs::permissions(folder_.GetNative(), fs::perms(0755));
+    fs::permissions(folder_.GetNative(), fs::perms(0777));
 }
 
 // A bound on the size of files takes the place of the disk's end.
 TEST_F(LibrarySafety, AFullDiskLosesNothingAndIsTold)
 {
-    namespace fs = std::filesystem;
-    fs::permissions(folder_.GetNative(), fs::perms(0777));
     ExpectNothingLost([this] {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit bound = {100, 100};
         return setrlimit(RLIMIT_FSIZE, &bound) == 0 ? RunBoth() : -1;
     });
+}
+
+// Whoever asked would wait for ever.
+TEST_F(LibrarySafety, WithoutAThreadTheLoadIsDoneAtOnce)
+{
+    const int result = test::RunAsOrdinaryUser([this] {
+        const rlimit none = {0, 0};
+        bool isTold = false;
+        MediaInfo info;
+        CLibCache cache;
+        if (setrlimit(RLIMIT_NPROC, &none) != 0)
+            return 1;
+        cache.Initialize(folder_.GetPath(), [&isTold] { isTold = true; });
+        return cache.IsLoaded() && isTold && cache.GetMediaInfo(PathOf(0), info) ? 0 : 2;
+    });
+    EXPECT_EQ(result, 0) << "1: the test has no limit to set, 2: not loaded";
 }
 
 } // namespace

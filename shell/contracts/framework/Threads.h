@@ -83,8 +83,9 @@ public:
     CWorker& operator=(const CWorker&) = delete;
     ~CWorker(); // As Stop with 5000.
 
-    // The thread starts with the first job. After a stop the job is dropped, unrun.
-    void Post(JobPriority priority, std::unique_ptr<IJob> job);
+    // The thread starts with the first job. True: it will run the job. False: after a stop the job
+    // is dropped, unrun; where the system has no thread to give it waits for one with the next.
+    bool Post(JobPriority priority, std::unique_ptr<IJob> job);
 
     // Jobs see it by IsStopping and finish early; waiting jobs still get their turn to give up what
     // they hold.
