@@ -162,10 +162,15 @@ public:
         const std::string address = MapAddress(url);
         if (address.empty() || callback == nullptr || state_)
             return E_FAIL;
+        const auto state = std::make_shared<StreamState>();
+        state->callback = callback;
+        try {
+            std::thread([state, address] { RunStream(state, address); }).detach();
+        } catch (const std::system_error&) {
+            return E_FAIL;
+        }
         callback->AddRef();
-        state_ = std::make_shared<StreamState>();
-        state_->callback = callback;
-        std::thread([state = state_, address] { RunStream(state, address); }).detach();
+        state_ = state;
         return S_OK;
     }
 
