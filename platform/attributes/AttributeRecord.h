@@ -3,6 +3,7 @@
 #include "shell/contracts/base/String.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace kivo::attributes {
@@ -17,5 +18,14 @@ struct AttributeRecord {
     std::optional<String> genre;
     std::optional<String> comment;
 };
+
+// Bits per second of so many bytes in that time, which is above 0; at most what the attribute,
+// a signed number, can tell.
+[[nodiscard]] inline std::uint32_t GetMeanRate(std::int64_t bytes, std::int64_t milliseconds)
+{
+    const double rate = static_cast<double>(bytes) * 8000.0 / static_cast<double>(milliseconds);
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    return rate < kMost ? static_cast<std::uint32_t>(rate) : std::uint32_t{kMost};
+}
 
 } // namespace kivo::attributes

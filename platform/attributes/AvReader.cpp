@@ -164,9 +164,7 @@ AttributeRecord TakeRecord(const AVFormatContext& context, const MediaSource& so
     const std::int64_t milliseconds = FindMilliseconds(context);
     if (milliseconds > 0) {
         record.milliseconds = milliseconds;
-        record.bitsPerSecond = static_cast<std::uint32_t>(std::min(
-            static_cast<double>(source.GetLength()) * 8000.0 / static_cast<double>(milliseconds),
-            4e9));
+        record.bitsPerSecond = GetMeanRate(source.GetLength(), milliseconds);
     }
     return record;
 }

@@ -1,5 +1,7 @@
 #include "platform/attributes/Mp3Length.h"
 
+#include "platform/attributes/AttributeRecord.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -154,8 +156,8 @@ MeasureVariableRate(MediaSource& source, std::int64_t start, std::int64_t end)
     const auto all = static_cast<double>(end - start);
     seconds *= all / walked;
     AudioLength length;
-    length.milliseconds = std::llround(seconds * 1000.0);
-    length.bitsPerSecond = static_cast<std::uint32_t>(all * 8.0 / seconds);
+    length.milliseconds = std::max(1LL, std::llround(seconds * 1000.0));
+    length.bitsPerSecond = GetMeanRate(end - start, length.milliseconds);
     return length;
 }
 

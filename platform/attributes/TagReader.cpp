@@ -142,14 +142,11 @@ TagLib::String FirstAttribute(const TagLib::ASF::Tag& tag, const char* name)
                                                                 : found->second.front().toString();
 }
 
-// `seconds` by the video's length: TagLib gives the sound's rate alone.
+// Of a video: TagLib gives the sound's rate alone.
 void UseWholeFileRate(AttributeRecord& record, const MediaSource& source)
 {
-    if (record.milliseconds.value_or(0) > 0) {
-        record.bitsPerSecond =
-            static_cast<std::uint32_t>(static_cast<double>(source.GetLength()) * 8000.0 /
-                                       static_cast<double>(*record.milliseconds));
-    }
+    if (record.milliseconds.value_or(0) > 0)
+        record.bitsPerSecond = GetMeanRate(source.GetLength(), *record.milliseconds);
 }
 
 // A stream-properties object whose stream type is video (ASF specification, GUID ASF_Video_Media).

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -155,6 +156,9 @@ TEST(AttributeRates, AreBitsPerSecond)
     EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 128'000);
     editor->Open(FilePath("plain.wav"));
     EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), 706'000); // TagLib rounds to kbit/s.
+
+    editor->Open(FilePath("hollow.mp3"));
+    EXPECT_EQ(NumberOf(editor->QueryHeaderInfo(), u"Bitrate"), INT32_MAX) << "no number wraps";
 
     // Of a video the whole file counts: 4 seconds of it.
     for (const char* file : {"video.mp4", "video_moov_first.mp4"}) {

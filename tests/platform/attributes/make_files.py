@@ -110,6 +110,12 @@ def odd():
     write("song.midi", b"MThd" + struct.pack(">IHHH", 6, 0, 1, 96) + b"MTrk" + struct.pack(">I", 4) + b"\0\xff\x2f\0")
     write("text.mp3", b"this is no music at all\n" * 50)
     write("empty.mp3", b"")
+    slow, fast = b"\xff\xfb\x90\x64" + bytes(413), b"\xff\xfb\xa0\x64" + bytes(518)
+    with open(path("hollow.mp3"), "wb") as file:  # Next to no sound in a great many bytes.
+        file.write(slow + fast + slow)
+        file.truncate(70_000_000)
+        file.seek(0, os.SEEK_END)
+        file.write(slow + slow)
 
 
 def read_bare_wave():
