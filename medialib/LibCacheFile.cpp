@@ -85,6 +85,7 @@ bool CLibCacheFile::Load()
     dirty_ = 0;
     isUnread_ = false;
     entries_.clear();
+    order_.clear();
     XmlProlog prolog;
     std::vector<CPackedEntry> loaded;
     const XmlResult result =
@@ -97,8 +98,10 @@ bool CLibCacheFile::Load()
     }
     // From the last to the first: of two entries with one key the later stays.
     entries_.reserve(loaded.size());
+    order_.reserve(loaded.size());
     for (auto entry = loaded.rbegin(); entry != loaded.rend(); ++entry)
-        entries_.insert(std::move(*entry));
+        Insert(std::move(*entry));
+    std::reverse(order_.begin(), order_.end());
     if (!prolog.isDeclared) {
         SetOlderAside(path_);
         dirty_ = 1;
@@ -106,11 +109,18 @@ bool CLibCacheFile::Load()
     return true;
 }
 
+// Unless there is one of its key.
+void CLibCacheFile::Insert(CPackedEntry entry)
+{
+    if (const auto [place, isNew] = entries_.insert(std::move(entry)); isNew)
+        order_.push_back(&*place);
+}
+
 void CLibCacheFile::Replace(CPackedEntry entry)
 {
     const auto old = entries_.find(entry.GetKey());
     if (old == entries_.end()) {
-        entries_.insert(std::move(entry));
+        Insert(std::move(entry));
         return;
     }
     auto node = entries_.extract(old);
@@ -125,6 +135,7 @@ bool CLibCacheFile::Save()
     if (isUnread_ && KeepAside(path_) == 0)
         return false;
     isUnread_ = false;
+    SortEntries();
     if (!WriteEntries())
         return false;
     DropOlder(path_);
@@ -132,20 +143,40 @@ bool CLibCacheFile::Save()
     return true;
 }
 
+// By merging the runs that are in order already: next to none, and the entries of a run lie side by
+// side in memory, where a sort of 100,000 would wait for it two million times.
+void CLibCacheFile::SortEntries()
+{
+    const auto comesBefore = [](const CPackedEntry* a, const CPackedEntry* b) {
+        return ComesBefore(a->GetKey(), b->GetKey());
+    };
+    std::vector<std::size_t> ends; // Of the runs.
+    for (auto end = order_.begin(); end != order_.end();) {
+        end = std::is_sorted_until(end, order_.end(), comesBefore);
+        ends.push_back(static_cast<std::size_t>(end - order_.begin()));
+    }
+    const auto at = [this](std::size_t place) {
+        return order_.begin() + static_cast<std::ptrdiff_t>(place);
+    };
+    while (ends.size() > 1) { // Each two neighbours become one.
+        std::vector<std::size_t> merged;
+        std::size_t start = 0;
+        for (std::size_t run = 0; run < ends.size(); run += 2) {
+            const std::size_t end = ends[std::min(run + 1, ends.size() - 1)];
+            std::inplace_merge(at(start), at(ends[run]), at(end), comesBefore);
+            merged.push_back(start = end);
+        }
+        ends = std::move(merged);
+    }
+}
+
 bool CLibCacheFile::WriteEntries() const
 {
-    std::vector<const CPackedEntry*> sorted;
-    sorted.reserve(entries_.size());
-    for (const CPackedEntry& entry : entries_)
-        if (!entry.GetKey().empty())
-            sorted.push_back(&entry);
-    std::sort(sorted.begin(), sorted.end(), [](const CPackedEntry* a, const CPackedEntry* b) {
-        return ComesBefore(a->GetKey(), b->GetKey());
-    });
-
     XmlRecordWriter writer(path_, kRootName);
     std::vector<XmlAttribute> attributes;
-    for (const CPackedEntry* entry : sorted) {
+    for (const CPackedEntry* entry : order_) {
+        if (entry->GetKey().empty())
+            continue;
         attributes.assign({
             {kKeyName, entry->GetKey()}
         });

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <unordered_set>
+#include <vector>
 
 namespace kivo::tunehive {
 
@@ -37,7 +38,9 @@ public:
 private:
     using Entries = std::unordered_set<CPackedEntry, PackedEntryHash, PackedEntryEqual>;
 
+    void Insert(CPackedEntry entry);
     void Replace(CPackedEntry entry);
+    void SortEntries();
     [[nodiscard]] bool WriteEntries() const;
 
     String stem_;
@@ -45,6 +48,9 @@ private:
     int dirty_ = 0;
     bool isUnread_ = false; // The file on disk holds something that isn't in memory.
     Entries entries_;
+    // The same in the order of a save as far as the last one sorted them, then as they came: nearly
+    // in that order, as files hold them and folders list them. An entry keeps its place in memory.
+    std::vector<const CPackedEntry*> order_;
 };
 
 } // namespace kivo::tunehive
