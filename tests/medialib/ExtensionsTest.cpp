@@ -1,75 +1,90 @@
 #include "medialib/KivoMediaHelper.h"
+#include "medialib/MediaFileType.h"
+#include "medialib/MediaLibManager.h"
 #include "medialib/NewerFormats.h"
 #include "shell/contracts/base/Beyond.h"
 #include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <filesystem>
 #include <set>
 
 namespace kivo::tunehive {
 namespace {
 
-// The switch for the time of a test.
-class Beyond {
-public:
-    explicit Beyond(bool on) { SetBeyond(on); }
-    Beyond(const Beyond&) = delete;
-    Beyond& operator=(const Beyond&) = delete;
-    ~Beyond() { SetBeyond(false); }
+// What an extension makes of a file: taken by an import, a video, of that type to the manager.
+struct Kind {
+    bool isMedia;
+    bool isVideo;
+    int type;
+
+    friend bool operator==(const Kind&, const Kind&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Kind& kind)
+    {
+        return out << kind.isMedia << ' ' << kind.isVideo << ' ' << kind.type;
+    }
 };
 
 struct ExtensionCase {
     const char* name;
-    String extension;
-    bool isMedia;
-    bool isVideo;
-    bool isMediaBeyond;
-    bool isVideoBeyond;
+    const char* extension;
+    Kind kind;
+    Kind beyond;
 };
 
-class ExtensionTest : public testing::TestWithParam<ExtensionCase> {};
+class ExtensionTest : public testing::TestWithParam<ExtensionCase> {
+protected:
+    Kind Look()
+    {
+        const std::string extension = GetParam().extension;
+        folder_.Write("a." + extension, "");
+        const String path = folder_.GetPath("a." + extension);
+        const CKivoMediaHelper helper;
+        return {helper.IsMediaExtension(String(extension.begin(), extension.end())),
+                helper.IsVideoFile(path),
+                MediaLibManager::GetFileType(path)};
+    }
+
+    test::TempFolder folder_;
+};
 
 TEST_P(ExtensionTest, CountsAs)
 {
-    const CKivoMediaHelper helper;
-    const String path = u"/music/a." + GetParam().extension;
-    EXPECT_EQ(helper.IsMediaExtension(GetParam().extension), GetParam().isMedia);
-    EXPECT_EQ(helper.IsVideoFile(path), GetParam().isVideo);
-    const Beyond beyond(true);
-    EXPECT_EQ(helper.IsMediaExtension(GetParam().extension), GetParam().isMediaBeyond);
-    EXPECT_EQ(helper.IsVideoFile(path), GetParam().isVideoBeyond);
+    EXPECT_EQ(Look(), GetParam().kind);
+    SetBeyond(true);
+    EXPECT_EQ(Look(), GetParam().beyond);
+    SetBeyond(false);
 }
 
-const ExtensionCase kExtensionCases[] = {
-    {"Mp3",       u"mp3",  true,  false, true,  false},
-    {"Mp3Upper",  u"MP3",  true,  false, true,  false},
-    {"Wma",       u"wma",  true,  false, true,  false},
-    {"Wmv",       u"wmv",  true,  true,  true,  true },
-    {"Wav",       u"wav",  true,  false, true,  false},
-    {"Asf",       u"Asf",  true,  true,  true,  true },
-    {"Midi",      u"midi", true,  false, true,  false},
-    {"Mid",       u"mid",  false, false, false, false},
-    {"Mp2",       u"mp2",  false, false, false, false},
-    {"Avi",       u"AVI",  true,  true,  true,  true },
-    {"Mpg",       u"mpg",  true,  true,  true,  true },
-    {"Mpeg",      u"mpeg", true,  true,  true,  true },
-    {"Rm",        u"rm",   true,  true,  true,  true },
-    {"Rmvb",      u"rmvb", true,  true,  true,  true },
-    {"Ape",       u"ape",  true,  false, true,  false},
-    {"Mp4",       u"mp4",  false, true,  false, true },
-    {"Mov",       u"mov",  false, true,  false, true },
-    {"M3u",       u"m3u",  false, false, false, false},
-    {"Asx",       u"asx",  false, false, false, false},
-    {"Flac",      u"flac", false, false, true,  false},
-    {"FlacUpper", u"FLAC", false, false, true,  false},
-    {"Mkv",       u"mkv",  false, false, true,  true },
-    {"Ts",        u"ts",   false, false, true,  true },
-    {"Empty",     u"",     false, false, false, false},
-    {"WithADot",  u".mp3", false, false, false, false},
+constexpr Kind kNothing = {false, false, kNoFileType};
+
+constexpr ExtensionCase kExtensionCases[] = {
+    {"Mp3",       "mp3",  {true, false, 0},           {true, false, 0}          },
+    {"Mp3Upper",  "MP3",  {true, false, kNoFileType}, {true, false, 0}          },
+    {"Wma",       "wma",  {true, false, 1},           {true, false, 1}          },
+    {"Wmv",       "wmv",  {true, true, 2},            {true, true, 2}           },
+    {"Wav",       "wav",  {true, false, 3},           {true, false, 3}          },
+    {"Asf",       "asf",  {true, true, 4},            {true, true, 4}           },
+    {"AsfMixed",  "Asf",  {true, true, kNoFileType},  {true, true, 4}           },
+    {"Midi",      "midi", {true, false, 5},           {true, false, 5}          },
+    {"Mid",       "mid",  kNothing,                   kNothing                  },
+    {"Mp2",       "mp2",  kNothing,                   kNothing                  },
+    {"Avi",       "avi",  {true, true, 6},            {true, true, 6}           },
+    {"Mpg",       "mpg",  {true, true, 7},            {true, true, 7}           },
+    {"Mpeg",      "mpeg", {true, true, 7},            {true, true, 7}           },
+    {"Rm",        "rm",   {true, true, 9},            {true, true, 9}           },
+    {"Rmvb",      "rmvb", {true, true, 10},           {true, true, 10}          },
+    {"Mp4",       "mp4",  {false, true, 11},          {false, true, 11}         },
+    {"Ape",       "ape",  {true, false, 12},          {true, false, 12}         },
+    {"Asx",       "asx",  {false, false, 13},         {false, false, 13}        },
+    {"M3u",       "m3u",  {false, false, 14},         {false, false, 14}        },
+    {"Mov",       "mov",  {false, true, kNoFileType}, {false, true, kNoFileType}},
+    {"Flac",      "flac", kNothing,                   {true, false, 100}        },
+    {"FlacUpper", "FLAC", kNothing,                   {true, false, 100}        },
+    {"Mkv",       "mkv",  kNothing,                   {true, true, 107}         },
+    {"Ts",        "ts",   kNothing,                   {true, true, 110}         },
+    {"Empty",     "",     kNothing,                   kNothing                  },
 };
 
 INSTANTIATE_TEST_SUITE_P(Extensions,
@@ -77,101 +92,52 @@ INSTANTIATE_TEST_SUITE_P(Extensions,
                          testing::ValuesIn(kExtensionCases),
                          test::CaseName<ExtensionCase>);
 
-TEST(Extensions, AVideoIsKnownByWhatFollowsTheLastDot)
+TEST(Extensions, TheLastDotOfThePathDecides)
 {
     const CKivoMediaHelper helper;
-    EXPECT_FALSE(helper.IsVideoFile(u""));
-    EXPECT_FALSE(helper.IsVideoFile(u"/films/avi"));
-    EXPECT_FALSE(helper.IsVideoFile(u"/films.avi/trailer"));
-    EXPECT_FALSE(helper.IsVideoFile(u"/films/a.avi.mp3"));
+    for (const char16_t* path : {u"", u"/films/avi", u"/films.avi/trailer", u"/films/a.avi.mp3"})
+        EXPECT_FALSE(helper.IsVideoFile(path));
     EXPECT_TRUE(helper.IsVideoFile(u"/films/a.mp3.avi"));
     EXPECT_TRUE(helper.IsVideoFile(u".avi"));
+    EXPECT_FALSE(helper.IsMediaExtension(u".mp3"));
 }
 
-TEST(Extensions, NewerFormatsAreNumberedOnce)
+TEST(Extensions, OnlyAnExistingFileHasAType)
+{
+    const test::TempFolder folder;
+    for (const char* name : {"mp3", "a.mp3.txt", "x.mp3/file"})
+        folder.Write(name, "");
+    for (const char* name : {"mp3", "a.mp3.txt", "x.mp3/file", "x.mp3", "missing.mp3"})
+        EXPECT_EQ(MediaLibManager::GetFileType(folder.GetPath(name)), kNoFileType) << name;
+    EXPECT_EQ(MediaLibManager::GetFileType(u"http://host/a.mp3"), kNoFileType);
+}
+
+TEST(Extensions, NewerFormatsAreNumberedOnceBehindTheOthers)
 {
     std::set<int> types;
-    for (const NewerFormat& format : GetNewerFormats()) {
-        EXPECT_GE(format.type, 100);
-        EXPECT_TRUE(types.insert(format.type).second);
-    }
+    for (const NewerFormat& format : GetNewerFormats())
+        EXPECT_TRUE(format.type >= 100 && types.insert(format.type).second) << format.type;
 }
 
-class ListMediaFiles : public testing::Test {
-protected:
-    CStringArray List(const String& folder)
-    {
-        CStringArray paths = {u"of an earlier call"};
-        CKivoMediaHelper().ListMediaFiles(folder, paths);
-        return paths;
-    }
-
-    test::TempFolder folder_;
-};
-
-TEST_F(ListMediaFiles, GivesTheFilesOfAFolderBeforeThoseBelowIt)
+// In what order, and that links and pipes lead nowhere, is the platform's walk to say.
+TEST(ListMediaFiles, GivesTheMediaFilesBelowAFolder)
 {
-    for (const char* name : {"b/d/deep.wav",
-                             "b/x.mp3",
-                             "c/y.WMA",
-                             "z.mp3",
-                             "a.MP3",
-                             "note.txt",
-                             "a.mid",
-                             "film.mp4",
-                             "dotless"})
-        folder_.Write(name, "");
-    const String base = folder_.GetPath();
-    const CStringArray expected = {base + u"a.MP3",
-                                   base + u"z.mp3",
-                                   base + u"b/x.mp3",
-                                   base + u"c/y.WMA",
-                                   base + u"b/d/deep.wav"};
-    EXPECT_EQ(List(base.substr(0, base.size() - 1)), expected);
-}
-
-TEST_F(ListMediaFiles, OfNothingIsEmpty)
-{
-    EXPECT_TRUE(List(u"").empty());
-    EXPECT_TRUE(List(folder_.GetPath("missing")).empty());
-    folder_.Write("a.mp3", "");
-    EXPECT_TRUE(List(folder_.GetPath("a.mp3")).empty());
-}
-
-// The last dot of the whole path may lie in a folder's name.
-TEST_F(ListMediaFiles, AFileWithoutADotIsNone)
-{
-    folder_.Write("x.mp3/track", "");
-    EXPECT_TRUE(List(folder_.GetPath()).empty());
-}
-
-TEST_F(ListMediaFiles, LinksAndPipesLeadNowhereEndless)
-{
-    folder_.Write("a/a.mp3", "");
-    std::filesystem::create_directory_symlink(folder_.GetNative(), folder_.GetNative() / "a/up");
-    std::filesystem::create_directory_symlink(folder_.GetNative() / "a", folder_.GetNative() / "b");
-    ASSERT_EQ(mkfifo((folder_.GetNative() / "pipe.mp3").c_str(), 0600), 0);
-    EXPECT_EQ(List(folder_.GetPath()), CStringArray{folder_.GetPath("a/a.mp3")});
-}
-
-TEST_F(ListMediaFiles, EndsBetweenFoldersWhenAsked)
-{
-    folder_.Write("a.mp3", "");
-    folder_.Write("b/b.mp3", "");
-    folder_.Write("c/c.mp3", "");
+    const test::TempFolder folder;
+    for (const char* name : {"b/x.mp3", "c/y.WMA", "a.MP3", "a.mid", "film.mp4", "x.mp3/track"})
+        folder.Write(name, "");
+    const CKivoMediaHelper helper;
+    CStringArray paths = {u"of an earlier call"};
+    helper.ListMediaFiles(folder.GetPath(), paths);
+    const CStringArray all = {
+        folder.GetPath("a.MP3"), folder.GetPath("b/x.mp3"), folder.GetPath("c/y.WMA")};
+    EXPECT_EQ(paths, all);
     int asked = 0;
-    CStringArray paths;
-    CKivoMediaHelper().ListMediaFiles(folder_.GetPath(), paths, [&asked] { return ++asked < 3; });
-    EXPECT_EQ(paths, (CStringArray{folder_.GetPath("a.mp3"), folder_.GetPath("b/b.mp3")}));
-}
-
-TEST_F(ListMediaFiles, TakesNewerFormatsBeyond)
-{
-    folder_.Write("a.flac", "");
-    folder_.Write("b.opus", "");
-    EXPECT_TRUE(List(folder_.GetPath()).empty());
-    const Beyond beyond(true);
-    EXPECT_EQ(List(folder_.GetPath()).size(), 2U);
+    helper.ListMediaFiles(folder.GetPath(), paths, [&asked] { return ++asked < 3; });
+    EXPECT_EQ(paths, CStringArray(all.begin(), all.begin() + 2));
+    for (const String& nothing : {String(), folder.GetPath("missing"), folder.GetPath("a.MP3")}) {
+        helper.ListMediaFiles(nothing, paths);
+        EXPECT_TRUE(paths.empty());
+    }
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 #include "medialib/MediaFileType.h"
 #include "medialib/MediaLibUpdateParam.h"
 #include "medialib/MP3Provider.h"
+#include "medialib/NewerFormats.h"
+#include "medialib/NewerFormatsProvider.h"
+#include "medialib/WMFProvider.h"
 #include "shell/contracts/base/Beyond.h"
 #include "tests/medialib/Record.h"
 #include "tests/medialib/ScriptedAttributes.h"
@@ -65,66 +68,6 @@ protected:
     const MediaInfo miss_ = Record(99, u"miss");
 };
 
-struct TypeCase {
-    const char* name;
-    const char* file;
-    int type;
-    int typeBeyond;
-};
-
-class FileTypeTest : public testing::TestWithParam<TypeCase> {};
-
-TEST_P(FileTypeTest, GoesByTheExtension)
-{
-    const test::TempFolder folder;
-    folder.Write(GetParam().file, "");
-    const String path = folder.GetPath(GetParam().file);
-    EXPECT_EQ(MediaLibManager::GetFileType(path), GetParam().type);
-    SetBeyond(true);
-    EXPECT_EQ(MediaLibManager::GetFileType(path), GetParam().typeBeyond);
-    SetBeyond(false);
-}
-
-constexpr TypeCase kTypeCases[] = {
-    {"Mp3",        "a.mp3",      0,           0          },
-    {"Wma",        "a.wma",      1,           1          },
-    {"Wmv",        "a.wmv",      2,           2          },
-    {"Wav",        "a.wav",      3,           3          },
-    {"Asf",        "a.asf",      4,           4          },
-    {"Midi",       "a.midi",     5,           5          },
-    {"Avi",        "a.avi",      6,           6          },
-    {"Mpg",        "a.mpg",      7,           7          },
-    {"Mpeg",       "a.mpeg",     7,           7          },
-    {"Rm",         "a.rm",       9,           9          },
-    {"Rmvb",       "a.rmvb",     10,          10         },
-    {"Mp4",        "a.mp4",      11,          11         },
-    {"Ape",        "a.ape",      12,          12         },
-    {"Asx",        "a.asx",      13,          13         },
-    {"M3u",        "a.m3u",      14,          14         },
-    {"Mid",        "a.mid",      kNoFileType, kNoFileType},
-    {"UpperCase",  "a.MP3",      kNoFileType, 0          },
-    {"MixedCase",  "a.Wma",      kNoFileType, 1          },
-    {"Flac",       "a.flac",     kNoFileType, 100        },
-    {"FlacUpper",  "a.FLAC",     kNoFileType, 100        },
-    {"NoDot",      "mp3",        kNoFileType, kNoFileType},
-    {"DotAlone",   "a.",         kNoFileType, kNoFileType},
-    {"TheLastDot", "a.mp3.txt",  kNoFileType, kNoFileType},
-    {"FolderDot",  "x.mp3/file", kNoFileType, kNoFileType},
-};
-
-INSTANTIATE_TEST_SUITE_P(MediaLibManager,
-                         FileTypeTest,
-                         testing::ValuesIn(kTypeCases),
-                         test::CaseName<TypeCase>);
-
-TEST_F(MediaLibManagerTest, OnlyAnExistingFileHasAType)
-{
-    EXPECT_EQ(MediaLibManager::GetFileType(folder_.GetPath("missing.mp3")), kNoFileType);
-    EXPECT_EQ(MediaLibManager::GetFileType(u"http://host/a.mp3"), kNoFileType);
-    Write("folder.mp3/x");
-    EXPECT_EQ(MediaLibManager::GetFileType(folder_.GetPath("folder.mp3")), kNoFileType);
-}
-
 TEST_F(MediaLibManagerTest, AFirstRequestReadsTheFileAndALaterOneTheCache)
 {
     const String path = Write("a.wma");
@@ -132,9 +75,7 @@ TEST_F(MediaLibManagerTest, AFirstRequestReadsTheFileAndALaterOneTheCache)
     manager_.AddListener(AsyncCallback(&listener_, &Listener::OnUpdate), {});
     EXPECT_EQ(GetTitle(path), u"T");
     std::filesystem::remove(folder_.GetNative() / "a.wma");
-    MediaInfo info;
-    EXPECT_EQ(manager_.GetMediaInfo(path, info), 1);
-    EXPECT_EQ(GetInfoText(info, kInfoTitle), u"T");
+    EXPECT_EQ(GetTitle(path), u"T");
     EXPECT_EQ(attributes_.editorOpens, 1);
     host_.RunPosted();
     EXPECT_TRUE(listener_.paths.empty()) << "a read tells nobody";
@@ -143,10 +84,8 @@ TEST_F(MediaLibManagerTest, AFirstRequestReadsTheFileAndALaterOneTheCache)
 struct UnreadCase {
     const char* name;
     const char* file; // Below the test's folder; a URL stands as it is.
-    bool exists;
     int result;
     String title;
-    bool hasEntry;
 };
 
 class UnreadTest : public MediaLibManagerTest, public testing::WithParamInterface<UnreadCase> {};
@@ -154,42 +93,33 @@ class UnreadTest : public MediaLibManagerTest, public testing::WithParamInterfac
 TEST_P(UnreadTest, EndsAs)
 {
     const UnreadCase& row = GetParam();
-    if (row.exists)
-        folder_.Write(row.file, "");
+    for (const char* file : {"a.txt", "A.MP3", "a.m3u", "a.rmvb", "album/x"})
+        folder_.Write(file, "");
     const std::string name = row.file;
     const String path = name.find("://") != std::string::npos ? String(name.begin(), name.end())
                                                               : folder_.GetPath(name);
     MediaInfo info = Record(kInfoAlbum, u"of another file");
     EXPECT_EQ(manager_.GetMediaInfo(path, info), row.result);
     EXPECT_EQ(info, Record(kInfoTitle, row.title));
-    EXPECT_EQ(Peek(path), row.hasEntry ? MediaInfo() : miss_);
+    EXPECT_EQ(Peek(path), row.result != 0 ? MediaInfo() : miss_);
     manager_.GetMediaInfo(path, info);
-    EXPECT_EQ(attributes_.editorOpens, row.hasEntry ? 1 : 0) << "an entry is never tried again";
+    EXPECT_EQ(attributes_.editorOpens, row.result) << "an entry is never tried again";
 }
 
 const UnreadCase kUnreadCases[] = {
-    {"AMissingFile",       "a.mp3",             false, 0, u"a.mp3",             false},
-    {"AnUnknownExtension", "a.txt",             true,  0, u"a.txt",             false},
-    {"ACapitalExtension",  "A.MP3",             true,  0, u"A.MP3",             false},
-    {"APlaylist",          "a.m3u",             true,  0, u"a.m3u",             false},
-    {"AUrl",               "http://host/a.mp3", false, 0, u"http://host/a.mp3", false},
-    {"AFileThatWontOpen",  "a.rmvb",            true,  1, u"a.rmvb",            true },
+    {"AMissingFile",       "a.mp3",             0, u"a.mp3"            },
+    {"AnUnknownExtension", "a.txt",             0, u"a.txt"            },
+    {"ACapitalExtension",  "A.MP3",             0, u"A.MP3"            },
+    {"APlaylist",          "a.m3u",             0, u"a.m3u"            },
+    {"AFolder",            "album",             0, u"album"            },
+    {"AUrl",               "http://host/a.mp3", 0, u"http://host/a.mp3"},
+    {"AFileThatWontOpen",  "a.rmvb",            1, u"a.rmvb"           },
 };
 
 INSTANTIATE_TEST_SUITE_P(MediaLibManager,
                          UnreadTest,
                          testing::ValuesIn(kUnreadCases),
                          test::CaseName<UnreadCase>);
-
-TEST_F(MediaLibManagerTest, AFolderIsNoTrack)
-{
-    Write("album/x");
-    MediaInfo info;
-    EXPECT_EQ(manager_.GetMediaInfo(folder_.GetPath("album"), info), 0);
-    EXPECT_EQ(info, Record(kInfoTitle, u"album"));
-    // A title stands in any case.
-    EXPECT_EQ(GetTitle(folder_.GetPath("album") + u"/"), folder_.GetPath("album") + u"/");
-}
 
 TEST_F(MediaLibManagerTest, TheTitleThatIsMadeUpNeverReachesTheCache)
 {
@@ -199,6 +129,7 @@ TEST_F(MediaLibManagerTest, TheTitleThatIsMadeUpNeverReachesTheCache)
     EXPECT_EQ(GetInfoText(Peek(path), kInfoArtist), u"A");
     EXPECT_EQ(Peek(path).at(kInfoTitle), u"");
     EXPECT_EQ(GetTitle(path), u"a.wma") << "and is made up anew from the cache";
+    EXPECT_EQ(GetTitle(u"/album/"), u"/album/") << "where there is no name of a file";
 }
 
 struct NotifyCase {
@@ -267,28 +198,20 @@ TEST_F(MediaLibManagerTest, AListenerThatIsGoneIsNotTold)
     EXPECT_TRUE(listener_.paths.empty());
 }
 
-// Removes itself and another while it is told.
-class Leaver {
-public:
-    Leaver(MediaLibManager& manager, Listener& other)
-        : manager_(manager)
-        , other_(other)
-    {
-    }
+// Removes itself and adds another while it is told.
+struct Leaver {
     void OnUpdate(ITuneHive_AsyncCallbackParam* /*param*/)
     {
-        manager_.RemoveListener(AsyncCallback(this, &Leaver::OnUpdate));
-        manager_.AddListener(AsyncCallback(&other_, &Listener::OnUpdateToo), {});
+        manager.RemoveListener(AsyncCallback(this, &Leaver::OnUpdate));
+        manager.AddListener(AsyncCallback(&other, &Listener::OnUpdateToo), {});
     }
-
-private:
-    MediaLibManager& manager_;
-    Listener& other_;
+    MediaLibManager& manager;
+    Listener& other;
 };
 
 TEST_F(MediaLibManagerTest, AListenerMayLeaveAndAddWhileItIsTold)
 {
-    Leaver leaver(manager_, listener_);
+    Leaver leaver{manager_, listener_};
     manager_.AddListener(AsyncCallback(&leaver, &Leaver::OnUpdate), {});
     manager_.AddListener(AsyncCallback(&listener_, &Listener::OnUpdate), {});
     manager_.UpdateMediaInfo(u"/a", {}, kNow);
@@ -300,99 +223,67 @@ TEST_F(MediaLibManagerTest, AListenerMayLeaveAndAddWhileItIsTold)
 // Answers as its test says, and counts.
 class ScriptedProvider final : public ILocalMediaInfoProvider {
 public:
-    ScriptedProvider(std::vector<int> types, int answer, int& calls, int& alive)
-        : types_(std::move(types))
-        , answer_(answer)
-        , calls_(calls)
-        , alive_(alive)
+    struct Script {
+        int answer;
+        int calls = 0;
+        bool isReleased = false;
+    };
+
+    explicit ScriptedProvider(Script& script)
+        : script_(script)
     {
-        ++alive_;
     }
-    void Release() override { delete this; }
+    void Release() override
+    {
+        script_.isReleased = true;
+        delete this;
+    }
     int GetMediaInfo(String /*path*/, MediaInfo& info) override
     {
-        ++calls_;
-        if (answer_ != 0)
+        ++script_.calls;
+        if (script_.answer != 0)
             info[kInfoTitle] = u"scripted";
-        return answer_;
+        return script_.answer;
     }
-    void GetSupportedTypes(std::vector<int>& types) const override { types = types_; }
+    void GetSupportedTypes(std::vector<int>& types) const override { types = {kFileM3u, kFileM3u}; }
 
 private:
-    ~ScriptedProvider() override { --alive_; }
-
-    std::vector<int> types_;
-    int answer_;
-    int& calls_;
-    int& alive_;
+    Script& script_;
 };
 
 TEST_F(MediaLibManagerTest, ProvidersAreAskedInOrderUntilOneAnswers)
 {
-    int calls[3] = {};
-    int alive = 0;
-    const int answers[3] = {0, 1, 1};
+    ScriptedProvider::Script scripts[] = {{0}, {1}, {1}};
     const String path = Write("list.m3u");
-    for (int i = 0; i < 3; ++i) {
-        manager_.AddProvider(Released<ILocalMediaInfoProvider>(
-            new ScriptedProvider({kFileM3u, kFileM3u}, answers[i], calls[i], alive)));
-        if (i == 0) {
+    for (ScriptedProvider::Script& script : scripts) {
+        manager_.AddProvider(Released<ILocalMediaInfoProvider>(new ScriptedProvider(script)));
+        if (script.answer == 0) {
             EXPECT_EQ(GetTitle(path), u"list.m3u");
             EXPECT_EQ(Peek(path), miss_) << "without an answer there is no entry";
         }
     }
     manager_.AddProvider(nullptr);
     EXPECT_EQ(GetTitle(path), u"scripted");
-    EXPECT_EQ(calls[0], 2);
-    EXPECT_EQ(calls[1], 1);
-    EXPECT_EQ(calls[2], 0);
-    EXPECT_EQ(alive, 3);
     manager_.Uninitialize();
-    EXPECT_EQ(alive, 0);
-}
-
-// It has the same place in the table, behind the one that the start sets up.
-TEST_F(MediaLibManagerTest, TheMp3ProviderFitsIn)
-{
-    manager_.AddProvider(Released<ILocalMediaInfoProvider>(new MP3Provider));
-    const String path = Write("a.mp3");
-    GetTitle(path);
-    EXPECT_EQ(Peek(path), MediaInfo()) << "the first of the two has answered";
-}
-
-// Answers for a stream at once.
-class ScriptedRemote final : public IRemoteMediaInfoProvider {
-public:
-    void Release() override { delete this; }
-    int GetMediaInfo(String url, MediaInfo& info) override
-    {
-        info[kInfoTitle] = u"of " + url;
-        return 1;
+    constexpr int kCalls[] = {2, 1, 0};
+    for (std::size_t i = 0; i < std::size(scripts); ++i) {
+        EXPECT_EQ(scripts[i].calls, kCalls[i]);
+        EXPECT_TRUE(scripts[i].isReleased);
     }
-};
-
-TEST_F(MediaLibManagerTest, ARemoteProviderAnswersForUrls)
-{
-    manager_.SetRemoteProvider(Released<IRemoteMediaInfoProvider>(new ScriptedRemote));
-    EXPECT_EQ(GetTitle(u"http://host/"), u"of http://host/");
-    EXPECT_EQ(GetInfoText(Peek(u"http://host/"), kInfoTitle), u"of http://host/");
 }
 
-TEST_F(MediaLibManagerTest, NewerFormatsAreReadBeyond)
+TEST_F(MediaLibManagerTest, NewerFormatsAndCapitalsAreReadBeyond)
 {
-    const String flac = Write("a.flac");
-    attributes_.headers[flac].SetText(u"Title", u"T");
-    const String upper = Write("A.MP3");
-    attributes_.headers[upper].SetText(u"Title", u"U");
-    EXPECT_EQ(GetTitle(flac), u"a.flac");
     SetBeyond(true);
     MediaLibManager beyond;
     beyond.Initialize(folder_.GetPath("other") + u"/");
-    MediaInfo info;
-    EXPECT_EQ(beyond.GetMediaInfo(flac, info), 1);
-    EXPECT_EQ(GetInfoText(info, kInfoTitle), u"T");
-    EXPECT_EQ(beyond.GetMediaInfo(upper, info), 1);
-    EXPECT_EQ(GetInfoText(info, kInfoTitle), u"U");
+    for (const char* name : {"a.flac", "A.MP3"}) {
+        const String path = Write(name);
+        attributes_.headers[path].SetText(u"Title", u"T");
+        MediaInfo info;
+        EXPECT_EQ(beyond.GetMediaInfo(path, info), 1);
+        EXPECT_EQ(GetInfoText(info, kInfoTitle), u"T");
+    }
     SetBeyond(false);
 }
 
@@ -421,14 +312,34 @@ TEST_F(MediaLibManagerTest, ItStartsOnceAndAnewAfterItsEnd)
     EXPECT_EQ(GetTitle(u"/a"), u"T");
 }
 
-TEST_F(MediaLibManagerTest, WhoWaitsForTheLoadIsCalledOnce)
+struct ProviderCase {
+    ILocalMediaInfoProvider* provider;
+    std::vector<int> types;
+};
+
+TEST_F(MediaLibManagerTest, ProvidersNameTheirTypesAndAnswerForFilesThatWontOpen)
 {
-    manager_.CallWhenLoaded(AsyncCallback(&listener_, &Listener::OnUpdate), {});
-    GetTitle(u"/a"); // Waits for the load.
-    manager_.CallWhenLoaded(AsyncCallback(&listener_, &Listener::OnUpdateToo), {});
-    manager_.Uninitialize(); // The loading thread is gone: all has been posted.
-    host_.RunPosted();
-    EXPECT_EQ(listener_.paths, (std::vector<String>{u"", u""}));
+    std::vector<int> newer;
+    for (const NewerFormat& format : GetNewerFormats())
+        newer.push_back(format.type);
+    for (const auto& [provider, expected] : {
+             ProviderCase{new WMFProvider,          {1, 2, 4, 6, 0, 3, 5, 7, 9, 10, 11, 12}},
+             ProviderCase{new MP3Provider,          {0}                                    },
+             ProviderCase{new NewerFormatsProvider, newer                                  },
+    }) {
+        const Released<ILocalMediaInfoProvider> owned(provider);
+        std::vector<int> types = {99};
+        provider->GetSupportedTypes(types);
+        EXPECT_EQ(types, expected);
+        MediaInfo info;
+        EXPECT_EQ(provider->GetMediaInfo(u"/missing.mp3", info), 1);
+        EXPECT_TRUE(info.empty());
+    }
+    // One that stands ready but isn't set up at the start.
+    MediaInfo info;
+    const Released<ILocalMediaInfoProvider> mp3(new MP3Provider);
+    EXPECT_EQ(mp3->GetMediaInfo(Write("a.mp3"), info), 1);
+    EXPECT_EQ(info.size(), 14U);
 }
 
 TEST(MediaLibManagerInstance, IsMadeByTheFirstGetterAlone)

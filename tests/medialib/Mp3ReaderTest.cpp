@@ -1,3 +1,4 @@
+#include "medialib/Id3v1.h"
 #include "medialib/KivoMediaHelper.h"
 #include "medialib/MediaInfoNames.h"
 #include "medialib/MpegFrame.h"
@@ -76,14 +77,11 @@ struct WalkCase {
     const char* expected; // Attributes as they stand in a library file; others aren't looked at.
 };
 
-class Mp3WalkTest : public testing::TestWithParam<WalkCase> {};
+class Mp3WalkTest : public Mp3Reader, public testing::WithParamInterface<WalkCase> {};
 
 TEST_P(Mp3WalkTest, Gives)
 {
-    const test::TempFolder folder;
-    folder.Write("a.mp3", GetParam().bytes);
-    MediaInfo info;
-    ASSERT_TRUE(CKivoMediaHelper().ReadMP3Info(folder.GetPath("a.mp3"), info));
+    const MediaInfo info = Read(GetParam().bytes);
     std::istringstream expected(GetParam().expected);
     for (std::string name, value; std::getline(expected, name, '=') && expected >> value;) {
         const auto key = FindInfoKey(name);
@@ -141,36 +139,34 @@ INSTANTIATE_TEST_SUITE_P(Mp3Reader,
 
 TEST_F(Mp3Reader, WithoutFramesAndTagFourteenKeysStandEmpty)
 {
-    const MediaInfo expected = {
-        {kInfoTitle,       u"" },
-        {kInfoArtist,      u"" },
-        {kInfoAlbum,       u"" },
-        {kInfoGenre,       u"" },
-        {kInfoLength,      u"0"},
-        {kInfoBitrate,     u"0"},
-        {kInfoComment,     u"" },
-        {kInfoChannelMode, u"" },
-        {kInfoEmphasis,    u"" },
-        {kInfoHasCrc,      u"0"},
-        {kInfoIsCopy,      u"0"},
-        {kInfoMpegVersion, u"" },
-        {kInfoSampleRate,  u"0"},
-        {kInfoYear,        u"" },
-    };
+    MediaInfo expected;
+    for (std::int32_t key = kInfoTitle; key <= kInfoYear; ++key)
+        expected[key] = u"";
+    for (const auto key : {kInfoLength, kInfoBitrate, kInfoHasCrc, kInfoIsCopy, kInfoSampleRate})
+        expected[key] = u"0";
     EXPECT_EQ(Read(std::string(20'000, '\0')), expected);
     EXPECT_EQ(Read(""), expected);
+    MediaInfo info = expected;
+    EXPECT_FALSE(helper_.ReadMP3Info(folder_.GetPath("missing.mp3"), info));
+    EXPECT_TRUE(info.empty());
 }
 
-TEST_F(Mp3Reader, TrimsTitleArtistAndAlbumAlone)
+std::string MakeTag(const std::string& title, const std::string& comment, int genre)
 {
-    std::string tag(128, '\0');
+    std::string tag(kId3v1Size, '\0');
     tag.replace(0, 3, "TAG");
-    tag.replace(3, 30, std::string(" Title") + std::string(24, ' '));
+    tag.replace(3, title.size(), title);
     tag.replace(33, 8, " Artist ");
     tag.replace(63, 7, "\tAlbum ");
     tag.replace(93, 4, "98  ");
-    tag.replace(97, 9, " Comment ");
-    tag[127] = 17;
+    tag.replace(97, comment.size(), comment);
+    tag[127] = static_cast<char>(genre);
+    return tag;
+}
+
+TEST_F(Mp3Reader, TrimsTitleArtistAndAlbumOfTheTagAlone)
+{
+    const std::string tag = MakeTag(" Title" + std::string(24, ' '), " Comment ", 17);
     const MediaInfo info = Read(Frame(Header(), 417) + tag);
     EXPECT_EQ(GetInfoText(info, kInfoTitle), u"Title");
     EXPECT_EQ(GetInfoText(info, kInfoArtist), u"Artist");
@@ -180,40 +176,77 @@ TEST_F(Mp3Reader, TrimsTitleArtistAndAlbumAlone)
     EXPECT_EQ(GetInfoText(info, kInfoGenre), u"Rock");
 }
 
-TEST_F(Mp3Reader, AFileThatCannotBeOpenedLeavesAnEmptyRecord)
+TEST_F(Mp3Reader, ATrackNumberShortensTheComment)
 {
-    MediaInfo info = Record(kInfoTitle, u"of another file");
-    EXPECT_FALSE(helper_.ReadMP3Info(folder_.GetPath("missing.mp3"), info));
-    EXPECT_TRUE(info.empty());
+    std::string tag = MakeTag(std::string(30, 'x'), std::string(30, 'c'), 148);
+    EXPECT_EQ(GetInfoText(Read(tag), kInfoComment), String(30, u'c'));
+    tag[125] = '\0';
+    const MediaInfo info = Read(tag);
+    EXPECT_EQ(GetInfoText(info, kInfoComment), String(28, u'c'));
+    EXPECT_EQ(GetInfoText(info, kInfoTitle), String(30, u'x')) << "a field may fill its room";
+    EXPECT_EQ(GetInfoText(info, kInfoGenre), u"");
+}
+
+TEST_F(Mp3Reader, ATagIsInTheUsersCodePage)
+{
+    const int before = common::GetLegacyCodePage();
+    common::SetLegacyCodePage(936);
+    EXPECT_EQ(GetInfoText(Read(MakeTag("\xD6\xD0\xCE\xC4", "", 0)), kInfoTitle), u"\u4E2D\u6587");
+    common::SetLegacyCodePage(1251);
+    EXPECT_EQ(GetInfoText(Read(MakeTag("\xCF\xE5\xF1", "", 0)), kInfoTitle), u"\u041F\u0435\u0441");
+    common::SetLegacyCodePage(before);
+}
+
+TEST_F(Mp3Reader, OnlyTheLast128BytesAreATag)
+{
+    const std::string tag = MakeTag("T", "", 0);
+    for (const std::string& bytes : {tag.substr(1), tag + "x", "tag" + tag.substr(3)})
+        EXPECT_EQ(GetInfoText(Read(bytes), kInfoTitle), u"");
+    EXPECT_EQ(GetInfoText(Read("x" + tag), kInfoTitle), u"T");
+}
+
+TEST(Id3v1, GenresHaveTheirNames)
+{
+    const std::pair<int, StringView> genres[] = {
+        {0,   u"Blues"      },
+        {67,  u"Psychadelic"},
+        {78,  u"Rock & Roll"},
+        {80,  u"Folk"       },
+        {147, u"SynthPop"   },
+        {148, u""           },
+        {255, u""           },
+    };
+    for (const auto& [genre, name] : genres)
+        EXPECT_EQ(GetGenreName(genre), name);
 }
 
 TEST(MpegFrame, BitRatesFollowVersionAndLayer)
 {
     struct Row {
-        const char* name;
-        unsigned version;
-        unsigned layerField;
+        unsigned version;    // 3: MPEG 1, 2: MPEG 2, 0: MPEG 2.5, 1: none
+        unsigned layerField; // 3: I, 2: II, 1: III, 0: none
         unsigned index;
         int rate;
     };
     constexpr Row kRows[] = {
-        {"1 I",        3, 3, 14, 448},
-        {"1 II",       3, 2, 14, 384},
-        {"1 III",      3, 1, 14, 320},
-        {"1 III low",  3, 1, 1,  32 },
-        {"2 I",        2, 3, 14, 256},
-        {"2 I low",    2, 3, 1,  32 },
-        {"2 II",       2, 2, 14, 160},
-        {"2.5 III",    0, 1, 1,  8  },
-        {"free",       3, 1, 0,  0  },
-        {"bad",        3, 1, 15, -1 },
-        {"no layer",   3, 0, 9,  0  },
-        {"no version", 1, 1, 9,  80 },
+        {3, 3, 14, 448},
+        {3, 2, 14, 384},
+        {3, 1, 14, 320},
+        {3, 1, 1,  32 },
+        {2, 3, 14, 256},
+        {2, 3, 1,  32 },
+        {2, 2, 14, 160},
+        {0, 1, 1,  8  },
+        {3, 1, 0,  0  },
+        {3, 1, 15, -1 },
+        {3, 0, 9,  0  },
+        {1, 1, 9,  80 },
     };
     for (const Row& row : kRows) {
-        SCOPED_TRACE(row.name);
-        std::uint32_t header = 0xFFE00000U | row.version << 19 | row.layerField << 17;
-        header |= row.index << 12;
+        SCOPED_TRACE(testing::Message()
+                     << row.version << ' ' << row.layerField << ' ' << row.index);
+        const std::uint32_t header =
+            0xFFE00000U | row.version << 19 | row.layerField << 17 | row.index << 12;
         EXPECT_EQ(GetBitRate(DecodeStream(header), header), row.rate);
     }
 }
@@ -228,18 +261,15 @@ TEST(MpegFrame, LayerIRoundsBeforeItsFactor)
     EXPECT_EQ(GetFrameSize(stream, 0, -1, 8000), -4);
 }
 
-std::string RandomBytes(std::mt19937& random, std::size_t size, unsigned syncShare)
-{
-    std::string bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(random() % 100 < syncShare ? 0xFF : random() & 0xFFU);
-    return bytes;
-}
-
-std::string RandomFrames(std::mt19937& random, std::size_t size)
+// Frames of all kinds, with junk and gaps between them; full of sync patterns where that is asked.
+std::string MakeRandomFile(std::mt19937& random, std::size_t size, bool isJunk)
 {
     std::string bytes;
     while (bytes.size() < size) {
+        if (isJunk) {
+            bytes += static_cast<char>(random() % 2 == 0 ? 0xFF : random() & 0xFFU);
+            continue;
+        }
         Header header;
         header.bitRate = random() % 16;
         header.sampling = random() % 4;
@@ -248,6 +278,7 @@ std::string RandomFrames(std::mt19937& random, std::size_t size)
         if (random() % 10 == 0)
             bytes += std::string(random() % 10'100, '\x01');
     }
+    bytes.resize(size);
     return bytes;
 }
 
@@ -257,9 +288,8 @@ TEST(Mp3Walk, TheBufferedWalkEqualsTheLiteralOne)
     std::vector<std::string> files = {
         "", "\xFF\xFB\x90", "\xFF\xFB\x90\x64", "\xFF\xFF\xFF\xFF\xFF"};
     for (const std::size_t size : {5'000U, 262'144U, 262'145U, 262'147U, 700'000U}) {
-        files.push_back(RandomBytes(random, size, 0));
-        files.push_back(RandomBytes(random, size, 50));
-        files.push_back(RandomFrames(random, size));
+        files.push_back(MakeRandomFile(random, size, /*isJunk=*/true));
+        files.push_back(MakeRandomFile(random, size, /*isJunk=*/false));
     }
     // Headers across the border of the window, and gaps that reach over it.
     for (int before = 0; before < 8; ++before)

@@ -1,6 +1,6 @@
 #include "mediares/GroupIds.h"
 
-#include "shell/contracts/common/Language.h"
+#include "tests/mediares/GroupNames.h"
 
 #include <gtest/gtest.h>
 
@@ -49,18 +49,13 @@ TEST(GroupIds, TheExtensionIsExact)
 
 TEST(GroupIds, DefaultNamesComeInTheUsersLanguage)
 {
-    auto* const language = common::CMutiLanSupport::GetInstance();
-    language->AddText(u"STRID_TUNEHIVE_NOWPLAYING", u"Playing");
-    language->AddText(u"STRID_TUNEHIVE_MYMEDIA", u"Mine");
-    language->AddText(u"STRID_TUNEHIVE_HOT", u"Hot");
-    language->AddText(u"STRID_TUNEHIVE_NEW", u"Group ");
+    const GroupNames language;
     EXPECT_EQ(GroupDefaultName(u"playing"), u"Playing");
     EXPECT_EQ(GroupDefaultName(u"user"), u"Group ");
     EXPECT_EQ(GroupDefaultName(u"userb"), u"");
     EXPECT_TRUE(IsDefaultGroupName(u"Hot"));
     EXPECT_FALSE(IsDefaultGroupName(u"hot"));
     EXPECT_FALSE(IsDefaultGroupName(u"Group "));
-    language->Clear();
 }
 
 } // namespace

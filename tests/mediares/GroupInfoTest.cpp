@@ -1,13 +1,13 @@
 #include "mediares/GroupInfo.h"
 
 #include "shell/contracts/base/Beyond.h"
-#include "shell/contracts/common/Language.h"
+#include "tests/mediares/GroupNames.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kivo::tunehive {
@@ -15,37 +15,21 @@ namespace {
 
 const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
 
-using Entries = std::vector<std::pair<std::string, std::string>>; // Id and name.
-
-std::string NamesText(const Entries& entries)
+// The file of such names: "userb=Mix userc=Two".
+std::string NamesText(const std::string& entries)
 {
-    if (entries.empty())
-        return kHead + "<Groups />\n";
-    std::string text = kHead + "<Groups>\n";
-    for (const auto& [id, name] : entries)
-        text.append("    <Group id=\"")
-            .append(id)
-            .append("\" name=\"")
-            .append(name)
-            .append("\" />\n");
-    return text + "</Groups>\n";
+    std::istringstream words(entries);
+    std::string text;
+    for (std::string id, name; std::getline(words, id, '='); words >> std::ws) {
+        std::getline(words, name, ' ');
+        text += "    <Group id=\"" + id + "\" name=\"" + name + "\" />\n";
+    }
+    return kHead + (text.empty() ? "<Groups />\n" : "<Groups>\n" + text + "</Groups>\n");
 }
 
 class GroupInfoTest : public testing::Test {
 protected:
-    GroupInfoTest()
-    {
-        auto* const language = common::CMutiLanSupport::GetInstance();
-        language->AddText(u"STRID_TUNEHIVE_NOWPLAYING", u"Playing");
-        language->AddText(u"STRID_TUNEHIVE_MYMEDIA", u"Mine");
-        language->AddText(u"STRID_TUNEHIVE_HOT", u"Hot");
-        language->AddText(u"STRID_TUNEHIVE_NEW", u"Group ");
-    }
-    ~GroupInfoTest() override
-    {
-        common::CMutiLanSupport::GetInstance()->Clear();
-        SetBeyond(/*on=*/false);
-    }
+    ~GroupInfoTest() override { SetBeyond(/*on=*/false); }
     void Load(const std::string& text)
     {
         folder_.Write("ginfo.xml", text);
@@ -53,6 +37,7 @@ protected:
     }
     [[nodiscard]] std::string ReadFile() const { return folder_.Read("ginfo.xml"); }
 
+    GroupNames language_;
     test::TempFolder folder_;
     CGroupInfo names_;
 };
@@ -63,17 +48,10 @@ TEST_F(GroupInfoTest, EachChangeOfANameIsOnDiskAtOnce)
     EXPECT_TRUE(folder_.List().empty());
     EXPECT_EQ(names_.SetName(u"userc", u"Zwölf"), 1);
     EXPECT_EQ(names_.SetName(u"userb", u"Elf"), 1);
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "Elf"   },
-                  {"userc", "Zwölf"}
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=Elf userc=Zwölf"));
     EXPECT_EQ(names_.SetName(u"userb", u"Neu"), 1);
     EXPECT_EQ(names_.Remove(u"userc"), 1);
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "Neu"}
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=Neu"));
     EXPECT_EQ(names_.Remove(u"userc"), 0);
 
     CGroupInfo again;
@@ -119,28 +97,15 @@ TEST_F(GroupInfoTest, ANewNameTakesTheFirstFreeNumber)
 
 TEST_F(GroupInfoTest, OnlyUserGroupsWithANameAreTakenOver)
 {
-    Load(NamesText({
-        {"mine",  "X"   },
-        {"userb", ""    },
-        {"userA", "Y"   },
-        {"",      "Z"   },
-        {"userc", "Kept"}
-    }));
+    Load(NamesText("mine=X userb= userA=Y =Z userc=Kept"));
     EXPECT_EQ(names_.GetName(u"mine"), u"mine");
     EXPECT_EQ(names_.GetName(u"userb"), u"userb");
     EXPECT_EQ(names_.GetName(u"userc"), u"Kept");
     EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userc", "Kept"}
-    })); // What was skipped is gone.
+              NamesText("userc=Kept")); // What was skipped is gone.
 }
 
-const Entries kWithRefused = {
-    {"userb", "Mix"},
-    {"userc", "Mix"},
-    {"userd", "Hot"},
-    {"usere", "E"  }
-};
+const char* const kWithRefused = "userb=Mix userc=Mix userd=Hot usere=E";
 
 TEST_F(GroupInfoTest, ANameThatIsRefusedShowsTheId)
 {
@@ -148,11 +113,7 @@ TEST_F(GroupInfoTest, ANameThatIsRefusedShowsTheId)
     EXPECT_EQ(names_.GetName(u"userb"), u"Mix");
     EXPECT_EQ(names_.GetName(u"userc"), u"userc");
     EXPECT_EQ(names_.GetName(u"userd"), u"userd");
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "Mix"},
-                  {"usere", "E"  }
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=Mix usere=E"));
 }
 
 TEST_F(GroupInfoTest, BeyondItARefusedNameIsKeptUntilItsGroupChanges)
@@ -162,28 +123,14 @@ TEST_F(GroupInfoTest, BeyondItARefusedNameIsKeptUntilItsGroupChanges)
     EXPECT_EQ(names_.GetName(u"userc"), u"userc");
     EXPECT_EQ(ReadFile(), NamesText(kWithRefused));
     names_.SetName(u"userc", u"New");
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "Mix"},
-                  {"userc", "New"},
-                  {"userd", "Hot"},
-                  {"usere", "E"  }
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=Mix userc=New userd=Hot usere=E"));
     EXPECT_EQ(names_.Remove(u"userd"), 1);
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "Mix"},
-                  {"userc", "New"},
-                  {"usere", "E"  }
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=Mix userc=New usere=E"));
 }
 
 TEST_F(GroupInfoTest, AReadThatChangesNothingWritesNothing)
 {
-    const std::string text = NamesText({
-        {"userb", "Mix"},
-        {"userc", "Two"}
-    });
+    const std::string text = NamesText("userb=Mix userc=Two");
     folder_.Write("ginfo.xml", text);
     const auto before = std::filesystem::last_write_time(folder_.GetNative() / "ginfo.xml");
     names_.Load(folder_.GetPath());
@@ -204,10 +151,7 @@ TEST_F(GroupInfoTest, AnOlderFileIsAsideUntilTheNextSave)
     EXPECT_EQ(folder_.List(), std::vector<std::string>{"ginfo.xml.older"});
     EXPECT_EQ(names_.Save(), 1);
     EXPECT_EQ(folder_.List(), std::vector<std::string>{"ginfo.xml"});
-    EXPECT_EQ(ReadFile(),
-              NamesText({
-                  {"userb", "é"}
-    }));
+    EXPECT_EQ(ReadFile(), NamesText("userb=é"));
 }
 
 TEST_F(GroupInfoTest, AFileThatGaveNothingIsKeptBeforeTheSave)
@@ -217,7 +161,7 @@ TEST_F(GroupInfoTest, AFileThatGaveNothingIsKeptBeforeTheSave)
     EXPECT_EQ(names_.GetName(u"userb"), u"userb");
     EXPECT_EQ(ReadFile(), text);
     EXPECT_EQ(names_.Save(), 1);
-    EXPECT_EQ(ReadFile(), NamesText({}));
+    EXPECT_EQ(ReadFile(), NamesText(""));
     EXPECT_EQ(folder_.Read("ginfo.xml.broken-1"), text);
 }
 

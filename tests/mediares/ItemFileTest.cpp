@@ -123,36 +123,6 @@ TEST(ItemFile, TakesItemsAndTheirTwoAttributesAlone)
     }));
 }
 
-struct OlderCase {
-    const char* name;
-    const char* text;
-    bool keepsOlder;
-    XmlResult result;
-    std::vector<std::string> files;
-};
-
-const OlderCase kOlderCases[] = {
-    {"GoesAsideOnceRead",        "<Items><Item path='/a'/></Items>", false, XmlResult::Read,   {"f.older"}},
-    {"StaysWhereNothingIsSaved", "<Items><Item path='/a'/></Items>", true,  XmlResult::Read,   {"f"}      },
-    {"StaysWithoutItsRoot",      "<Other/>",                         false, XmlResult::NoRoot, {"f"}      },
-    {"StaysWhenItIsBroken",      "<Items><Item path='/a'>",          false, XmlResult::Failed, {"f"}      },
-};
-
-TEST(ItemFile, AnOlderForm)
-{
-    for (const OlderCase& row : kOlderCases) {
-        SCOPED_TRACE(row.name);
-        const test::TempFolder folder;
-        folder.Write("f", row.text);
-        XmlResult result = XmlResult::Missing;
-        const auto items = Read(folder.GetPath("f"), result, row.keepsOlder);
-        EXPECT_EQ(result, row.result);
-        EXPECT_EQ(folder.List(), row.files);
-        Write(folder.GetPath("f"), items);
-        EXPECT_EQ(folder.List(), std::vector<std::string>{"f"});
-    }
-}
-
 TEST(ItemFile, RandomTracksComeBack)
 {
     const test::TempFolder folder;
@@ -176,21 +146,6 @@ TEST(ItemFile, RandomTracksComeBack)
         ASSERT_EQ(Read(folder.GetPath("f"), result), items);
         ASSERT_EQ(result, XmlResult::Read);
     }
-}
-
-TEST(ItemFile, IsCreatedEmptyAndDeletedWithItsOlderForm)
-{
-    const test::TempFolder folder;
-    EXPECT_EQ(CreateFileIfAbsent(folder.GetPath("f")), 1);
-    EXPECT_EQ(folder.Read("f"), "");
-    folder.Write("f", "content");
-    EXPECT_EQ(CreateFileIfAbsent(folder.GetPath("f")), 1);
-    EXPECT_EQ(folder.Read("f"), "content");
-    EXPECT_EQ(CreateFileIfAbsent(folder.GetPath("no/folder")), 0);
-    folder.Write("f.older", "older");
-    EXPECT_EQ(DeleteGroupFile(folder.GetPath("f")), 1);
-    EXPECT_TRUE(folder.List().empty());
-    EXPECT_EQ(DeleteGroupFile(folder.GetPath("f")), 0);
 }
 
 } // namespace

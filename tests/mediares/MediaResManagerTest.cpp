@@ -2,7 +2,7 @@
 
 #include "medialib/IMediaLibManager.h"
 #include "mediares/IMediaResGroup.h"
-#include "shell/contracts/common/Language.h"
+#include "tests/mediares/GroupNames.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
 
@@ -17,19 +17,10 @@ namespace {
 
 class MediaResManagerTest : public testing::Test {
 protected:
-    MediaResManagerTest()
-    {
-        auto* const language = common::CMutiLanSupport::GetInstance();
-        language->AddText(u"STRID_TUNEHIVE_NOWPLAYING", u"Playing");
-        language->AddText(u"STRID_TUNEHIVE_MYMEDIA", u"Mine");
-        language->AddText(u"STRID_TUNEHIVE_HOT", u"Hot");
-        language->AddText(u"STRID_TUNEHIVE_NEW", u"Group ");
-    }
     ~MediaResManagerTest() override
     {
         manager_.reset();
         DestroyMediaLibManager();
-        common::CMutiLanSupport::GetInstance()->Clear();
     }
     // A start with what the folder holds.
     void Start()
@@ -44,6 +35,7 @@ protected:
         return ids;
     }
 
+    GroupNames language_;
     test::FakeHost host_;
     test::TempFolder folder_;
     std::unique_ptr<MediaResManager> manager_;
@@ -58,16 +50,11 @@ TEST_F(MediaResManagerTest, AFirstStartMakesTheTwoFixedGroups)
     EXPECT_EQ(manager_->GetGroup(u"mine")->GetName(), u"Mine");
 }
 
-TEST_F(MediaResManagerTest, MakesItsFolder)
+TEST_F(MediaResManagerTest, ItStartsOnceAndMakesItsFolder)
 {
     manager_ = std::make_unique<MediaResManager>();
     EXPECT_EQ(manager_->Init(folder_.GetPath() + u"below/"), 1);
     EXPECT_TRUE(folder_.Has("below/mine.kvm"));
-}
-
-TEST_F(MediaResManagerTest, ASecondInitIsRefused)
-{
-    Start();
     EXPECT_EQ(manager_->Init(folder_.GetPath() + u"other/"), 0);
     EXPECT_FALSE(folder_.Has("other"));
     EXPECT_EQ(manager_->Uninit(), 1);
@@ -80,14 +67,14 @@ TEST_F(MediaResManagerTest, NewIdsGoOnFromTheHighestFile)
     Start();
     EXPECT_EQ(manager_->CreateGroup(u"One"), u"userb");
     EXPECT_EQ(manager_->CreateGroup(u"Two"), u"userc");
-    folder_.Write("userz.kvm", "");
-    folder_.Write("userab.kvm", "");
-    folder_.Write("userB.kvm", "");
-    folder_.Write("userzz1.kvm", "");
-    folder_.Write("user.kvm", "");
+    for (const char* file : {"userz.kvm", "userab.kvm"})
+        folder_.Write(file, "");
+    // No files of groups, and no folder is one.
+    for (const char* file : {"userB.kvm", "userzz1.kvm", "user.kvm", "Mine.kvm", "userzz.kvm/x"})
+        folder_.Write(file, "");
     Start();
     EXPECT_EQ(manager_->CreateGroup(u"Three"), u"userac"); // "ab" outranks "z" by its length.
-    EXPECT_EQ(manager_->GetGroup(u"userB"), nullptr);
+    EXPECT_EQ(GetSorted().size(), 7U);
 }
 
 TEST_F(MediaResManagerTest, GroupsSurviveARestartWithTheirNames)
@@ -155,16 +142,6 @@ TEST_F(MediaResManagerTest, OnlyUserGroupsAreRenamed)
     EXPECT_EQ(manager_->RenameGroup(id, u"Hot"), 0);
     EXPECT_EQ(manager_->RenameGroup(u"mine", u"Else"), 0);
     EXPECT_EQ(manager_->RenameGroup(u"userz", u"Else"), 0);
-}
-
-TEST_F(MediaResManagerTest, FoldersAndOtherFilesAreNoGroups)
-{
-    folder_.Write("userq.kvm/file", "");
-    folder_.Write("config.xml", "<TuneHive/>");
-    folder_.Write("Mine.kvm", "");
-    folder_.Write("userr.kvm.older.kvm", "");
-    Start();
-    EXPECT_EQ(GetSorted(), (std::vector<String>{u"playing", u"mine"}));
 }
 
 TEST_F(MediaResManagerTest, AFileSetAsideByARunThatDiedIsThere)

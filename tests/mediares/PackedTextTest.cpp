@@ -12,18 +12,10 @@ namespace {
 
 std::vector<String> MakeTexts()
 {
-    std::vector<String> texts = {u"",
-                                 u"a",
-                                 u"aa",
-                                 u"ab",
-                                 u"\u00FF",
-                                 u"\u0100",
-                                 u"a\u0100",
-                                 u"中",
-                                 u"\xDC80",
-                                 u"\xFFFF",
-                                 String(1, u'\0'),
-                                 String(u"a\0b", 3)};
+    std::vector<String> texts = {
+        u"", u"a", u"aa", u"ab", u"\u00FF", u"\u0100", u"a\u0100", u"中", u"\xDC80", u"\xFFFF"};
+    texts.emplace_back(1, u'\0');
+    texts.emplace_back(u"a\0b", 3);
     std::mt19937 random(3);
     for (int i = 0; i < 60; ++i) {
         String text(random() % 5, u'\0');
@@ -34,40 +26,29 @@ std::vector<String> MakeTexts()
     return texts;
 }
 
-TEST(PackedText, ComesBackExactly)
+TEST(PackedText, ComesBackExactlyAndIsTheSameForTheSameTextAlone)
 {
-    for (const String& text : MakeTexts()) {
-        EXPECT_TRUE(PackedText(text).IsSet());
-        EXPECT_EQ(PackedText(text).Unpack(), text);
+    const std::vector<String> texts = MakeTexts();
+    for (const String& a : texts) {
+        EXPECT_TRUE(PackedText(a).IsSet());
+        EXPECT_EQ(PackedText(a).Unpack(), a);
+        for (const String& b : texts)
+            EXPECT_EQ(PackedText(a) == PackedText(b), a == b);
     }
     EXPECT_FALSE(PackedText().IsSet());
     EXPECT_EQ(PackedText().Unpack(), u"");
 }
 
-TEST(PackedText, IsTheSameForTheSameTextAlone)
-{
-    const std::vector<String> texts = MakeTexts();
-    for (const String& a : texts)
-        for (const String& b : texts)
-            EXPECT_EQ(PackedText(a) == PackedText(b), a == b);
-}
-
 TEST(PackedText, ItsUtf8IsThatOfTheText)
 {
-    for (const String& text : MakeTexts()) {
-        std::string scratch;
-        EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
-    }
+    std::vector<String> texts = MakeTexts();
     // Each place of a word of eight, and the rest behind it.
-    for (const char16_t unit : {u'\0', u'\x01', u'\x7F', u'\x80', u'\xFF'}) {
-        for (std::size_t place = 0; place < 19; ++place) {
-            String text(19, u'x');
-            text[place] = unit;
-            std::string scratch;
-            EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
-        }
-    }
+    for (const char16_t unit : {u'\0', u'\x01', u'\x7F', u'\x80', u'\xFF'})
+        for (std::size_t place = 0; place < 19; ++place)
+            texts.emplace_back(19, u'x')[place] = unit;
     std::string scratch;
+    for (const String& text : texts)
+        EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
     EXPECT_EQ(PackedText().ToUtf8(scratch), "");
 }
 

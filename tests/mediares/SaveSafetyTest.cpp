@@ -16,8 +16,6 @@
 namespace kivo::tunehive {
 namespace {
 
-constexpr int kKills = 25;
-
 // A group whose file holds `count` tracks that all bear the number in their path.
 void SaveNumbered(const String& path, int number, int count)
 {
@@ -31,14 +29,24 @@ void SaveNumbered(const String& path, int number, int count)
     group->Save(sids);
 }
 
-TEST(SaveSafety, AGroupIsOldOrNewAndWholeAtEachKill)
+TEST(SaveSafety, GroupAndSettingsAreOldOrNewAndWholeAtEachKill)
 {
+    constexpr int kKills = 25;
     constexpr int kTracks = 200;
     const test::TempFolder folder;
+    test::FakeHost host;
+    host.directory = folder.GetPath();
     const String path = folder.GetPath("mine.kvm");
-    SaveNumbered(path, 0, kTracks);
+    const auto save = [&path](int number) {
+        ReadConfig();
+        SetPlayMode(number % 5);
+        SetRememberedVolume(number % 5);
+        WriteConfig();
+        SaveNumbered(path, number, kTracks);
+    };
+    save(0);
     for (int kill = 0; kill < kKills; ++kill) {
-        test::KillAfter(kill % 5, [&path](int number) { SaveNumbered(path, number, kTracks); });
+        test::KillAfter(kill % 5, save);
         const Released<IMediaResGroup> group(new MediaResGroup(u"mine", path, nullptr));
         std::vector<String> sids;
         group->Load(sids);
@@ -48,27 +56,9 @@ TEST(SaveSafety, AGroupIsOldOrNewAndWholeAtEachKill)
         group->GetItem(sids.front(), first);
         group->GetItem(sids.back(), last);
         ASSERT_EQ(first, last);
-    }
-}
-
-TEST(SaveSafety, SettingsAreOldOrNewAndWholeAtEachKill)
-{
-    const test::TempFolder folder;
-    test::FakeHost host;
-    host.directory = folder.GetPath();
-    const auto save = [](int number) {
-        ReadConfig();
-        SetPlayMode(number % 5);
-        SetRememberedVolume(number % 5);
-        WriteConfig();
-    };
-    save(0);
-    for (int kill = 0; kill < kKills; ++kill) {
-        test::KillAfter(kill % 5, save);
         SetPlayMode(-1);
         SetRememberedVolume(-2);
         ReadConfig();
-        ASSERT_NE(GetPlayMode(), -1);
         ASSERT_EQ(GetPlayMode(), GetRememberedVolume());
     }
 }
