@@ -53,7 +53,10 @@ ToEntryText(std::string_view bytes, bool isUtf8, std::forward_list<std::string>&
 }
 
 // Adds the entry of an element, if it is one and has a key.
-void TakeEntry(const XmlRecord& record, bool isUtf8, std::vector<CPackedEntry>& entries)
+void TakeEntry(const XmlRecord& record,
+               bool isUtf8,
+               std::pmr::memory_resource& memory,
+               std::vector<CPackedEntry>& entries)
 {
     if (!IsNamed(record, kEntryName))
         return;
@@ -69,7 +72,7 @@ void TakeEntry(const XmlRecord& record, bool isUtf8, std::vector<CPackedEntry>& 
     const auto byKey = [](const PackedField& a, const PackedField& b) { return a.key < b.key; };
     if (!std::is_sorted(fields.begin(), fields.begin() + count, byKey))
         std::sort(fields.begin(), fields.begin() + count, byKey);
-    entries.emplace_back(key, std::span(fields.data(), count));
+    entries.emplace_back(key, std::span(fields.data(), count), memory);
 }
 
 } // namespace
@@ -84,24 +87,24 @@ bool CLibCacheFile::Load()
 {
     dirty_ = 0;
     isUnread_ = false;
-    entries_.clear();
-    order_.clear();
+    store_ = std::make_unique<Store>();
     XmlProlog prolog;
     std::vector<CPackedEntry> loaded;
     const XmlResult result =
-        ReadXmlRecords(path_, kRootName, prolog, [&loaded, &prolog](const XmlRecord& record) {
-            TakeEntry(record, prolog.isDeclared, loaded);
+        ReadXmlRecords(path_, kRootName, prolog, [this, &loaded, &prolog](const XmlRecord& record) {
+            TakeEntry(record, prolog.isDeclared, store_->memory, loaded);
         });
     if (result != XmlResult::Read) {
         isUnread_ = IsUnread(result);
+        store_ = std::make_unique<Store>(); // What came before the fault in the file never was.
         return false;
     }
     // From the last to the first: of two entries with one key the later stays.
-    entries_.reserve(loaded.size());
-    order_.reserve(loaded.size());
+    store_->entries.reserve(loaded.size());
+    store_->order.reserve(loaded.size());
     for (auto entry = loaded.rbegin(); entry != loaded.rend(); ++entry)
-        Insert(std::move(*entry));
-    std::reverse(order_.begin(), order_.end());
+        Insert(*entry);
+    std::reverse(store_->order.begin(), store_->order.end());
     if (!prolog.isDeclared) {
         SetOlderAside(path_);
         dirty_ = 1;
@@ -112,20 +115,20 @@ bool CLibCacheFile::Load()
 // Unless there is one of its key.
 void CLibCacheFile::Insert(CPackedEntry entry)
 {
-    if (const auto [place, isNew] = entries_.insert(std::move(entry)); isNew)
-        order_.push_back(&*place);
+    if (const auto [place, isNew] = store_->entries.insert(entry); isNew)
+        store_->order.push_back(&*place);
 }
 
 void CLibCacheFile::Replace(CPackedEntry entry)
 {
-    const auto old = entries_.find(entry.GetKey());
-    if (old == entries_.end()) {
-        Insert(std::move(entry));
+    const auto old = store_->entries.find(entry.GetKey());
+    if (old == store_->entries.end()) {
+        Insert(entry);
         return;
     }
-    auto node = entries_.extract(old);
-    node.value() = std::move(entry);
-    entries_.insert(std::move(node));
+    auto node = store_->entries.extract(old);
+    node.value() = entry;
+    store_->entries.insert(std::move(node));
 }
 
 bool CLibCacheFile::Save()
@@ -150,20 +153,17 @@ void CLibCacheFile::SortEntries()
     const auto comesBefore = [](const CPackedEntry* a, const CPackedEntry* b) {
         return ComesBefore(a->GetKey(), b->GetKey());
     };
-    std::vector<std::size_t> ends; // Of the runs.
-    for (auto end = order_.begin(); end != order_.end();) {
-        end = std::is_sorted_until(end, order_.end(), comesBefore);
-        ends.push_back(static_cast<std::size_t>(end - order_.begin()));
-    }
-    const auto at = [this](std::size_t place) {
-        return order_.begin() + static_cast<std::ptrdiff_t>(place);
-    };
+    auto& order = store_->order;
+    using Place = std::vector<const CPackedEntry*>::iterator;
+    std::vector<Place> ends; // Of the runs.
+    for (Place end = order.begin(); end != order.end();)
+        ends.push_back(end = std::is_sorted_until(end, order.end(), comesBefore));
     while (ends.size() > 1) { // Each two neighbours become one.
-        std::vector<std::size_t> merged;
-        std::size_t start = 0;
+        std::vector<Place> merged;
+        Place start = order.begin();
         for (std::size_t run = 0; run < ends.size(); run += 2) {
-            const std::size_t end = ends[std::min(run + 1, ends.size() - 1)];
-            std::inplace_merge(at(start), at(ends[run]), at(end), comesBefore);
+            const Place end = ends[std::min(run + 1, ends.size() - 1)];
+            std::inplace_merge(start, ends[run], end, comesBefore);
             merged.push_back(start = end);
         }
         ends = std::move(merged);
@@ -174,7 +174,7 @@ bool CLibCacheFile::WriteEntries() const
 {
     XmlRecordWriter writer(path_, kRootName);
     std::vector<XmlAttribute> attributes;
-    for (const CPackedEntry* entry : order_) {
+    for (const CPackedEntry* entry : store_->order) {
         if (entry->GetKey().empty())
             continue;
         attributes.assign({
@@ -192,8 +192,8 @@ bool CLibCacheFile::WriteEntries() const
 
 bool CLibCacheFile::Lookup(const String& key, MediaInfo& info) const
 {
-    const auto found = entries_.find(std::string_view(common::CString_to_utf8(key)));
-    if (found == entries_.end())
+    const auto found = store_->entries.find(std::string_view(common::CString_to_utf8(key)));
+    if (found == store_->entries.end())
         return false;
     info = found->Unpack();
     return true;
@@ -204,7 +204,8 @@ bool CLibCacheFile::Merge(const String& key, const MediaInfo& info)
     dirty_ = 1;
     const std::string keyText = common::CString_to_utf8(key);
     std::map<std::int32_t, std::string> texts;
-    if (const auto found = entries_.find(std::string_view(keyText)); found != entries_.end())
+    if (const auto found = store_->entries.find(std::string_view(keyText));
+        found != store_->entries.end())
         found->ForEachField([&texts](const PackedField& field) {
             texts.emplace_hint(texts.end(), field.key, field.text);
         });
@@ -214,7 +215,7 @@ bool CLibCacheFile::Merge(const String& key, const MediaInfo& info)
     fields.reserve(texts.size());
     for (const auto& [field, text] : texts)
         fields.push_back({field, text});
-    Replace(CPackedEntry(keyText, fields));
+    Replace(CPackedEntry(keyText, fields, store_->memory));
     return true;
 }
 

@@ -5,6 +5,8 @@
 #include "shell/contracts/base/String.h"
 
 #include <cstddef>
+#include <memory>
+#include <memory_resource>
 #include <unordered_set>
 #include <vector>
 
@@ -33,10 +35,21 @@ public:
     bool Merge(const String& key, const MediaInfo& info);
 
     [[nodiscard]] const String& GetStem() const { return stem_; }
-    [[nodiscard]] std::size_t GetCount() const { return entries_.size(); }
+    [[nodiscard]] std::size_t GetCount() const { return store_->entries.size(); }
 
 private:
-    using Entries = std::unordered_set<CPackedEntry, PackedEntryHash, PackedEntryEqual>;
+    using Entries = std::pmr::unordered_set<CPackedEntry, PackedEntryHash, PackedEntryEqual>;
+
+    // The entries and all that they are made of, which is given back as a whole and never looked at
+    // for that: freed one by one, 100,000 of them would hold up each end of the program. What a
+    // merge replaces stays with it.
+    struct Store {
+        std::pmr::monotonic_buffer_resource memory;
+        Entries& entries = *std::pmr::polymorphic_allocator<>(&memory).new_object<Entries>();
+        // The same in the order of a save as far as the last one sorted them, then as they came:
+        // nearly in that order, as files hold them and folders list them.
+        std::vector<const CPackedEntry*> order;
+    };
 
     void Insert(CPackedEntry entry);
     void Replace(CPackedEntry entry);
@@ -47,10 +60,7 @@ private:
     String path_;
     int dirty_ = 0;
     bool isUnread_ = false; // The file on disk holds something that isn't in memory.
-    Entries entries_;
-    // The same in the order of a save as far as the last one sorted them, then as they came: nearly
-    // in that order, as files hold them and folders list them. An entry keeps its place in memory.
-    std::vector<const CPackedEntry*> order_;
+    std::unique_ptr<Store> store_ = std::make_unique<Store>(); // A new one with each load.
 };
 
 } // namespace kivo::tunehive

@@ -58,18 +58,21 @@ char* WriteText(char* to, std::string_view text)
 
 } // namespace
 
-CPackedEntry::CPackedEntry(std::string_view key, std::span<const PackedField> fields)
+CPackedEntry::CPackedEntry(std::string_view key,
+                           std::span<const PackedField> fields,
+                           std::pmr::memory_resource& memory)
 {
     std::size_t size = sizeof(Head) + key.size();
     for (const PackedField& field : fields) {
         size += GetNumberSize(static_cast<std::uint32_t>(field.key)) + field.text.size();
         size += GetNumberSize(static_cast<std::uint32_t>(field.text.size()));
     }
-    block_ = std::make_unique_for_overwrite<char[]>(size);
+    auto* const block = static_cast<char*>(memory.allocate(size, alignof(Head)));
+    block_ = block;
     const Head head = {static_cast<std::uint32_t>(key.size()),
                        static_cast<std::uint32_t>(fields.size())};
-    std::memcpy(block_.get(), &head, sizeof head);
-    char* to = WriteText(block_.get() + sizeof head, key);
+    std::memcpy(block, &head, sizeof head);
+    char* to = WriteText(block + sizeof head, key);
     for (const PackedField& field : fields) {
         to = WriteNumber(to, static_cast<std::uint32_t>(field.key));
         to = WriteNumber(to, static_cast<std::uint32_t>(field.text.size()));
@@ -79,7 +82,7 @@ CPackedEntry::CPackedEntry(std::string_view key, std::span<const PackedField> fi
 
 std::string_view CPackedEntry::GetKey() const
 {
-    return {block_.get() + sizeof(Head), ReadHead(block_.get()).keySize};
+    return {block_ + sizeof(Head), ReadHead(block_).keySize};
 }
 
 MediaInfo CPackedEntry::Unpack() const
@@ -93,12 +96,12 @@ MediaInfo CPackedEntry::Unpack() const
 
 std::uint32_t CPackedEntry::GetCount() const
 {
-    return ReadHead(block_.get()).fieldCount;
+    return ReadHead(block_).fieldCount;
 }
 
 const char* CPackedEntry::GetFields() const
 {
-    return block_.get() + sizeof(Head) + ReadHead(block_.get()).keySize;
+    return block_ + sizeof(Head) + ReadHead(block_).keySize;
 }
 
 PackedField CPackedEntry::ReadField(const char*& next)

@@ -51,7 +51,7 @@ void MediaResGroup::Load(std::vector<String>& sids)
         path_,
         [this, &sids](const String& path, const String& name) {
             if (!path.empty())
-                Insert(path, sids.emplace_back()).name = PackedText(name);
+                Insert(path, sids.emplace_back()).name = tracks_->names.Pack(name);
         },
         /*keepsOlder=*/IsEditable() == 0);
     isUnread_ = IsUnread(result);
@@ -78,7 +78,7 @@ void MediaResGroup::WriteItems(const std::vector<String>& sids, const WriteItem&
     std::string path;
     std::string name;
     for (const String& sid : sids) {
-        const Item* const item = items_.Find(sid);
+        const Item* const item = tracks_->items.Find(sid);
         if (item == nullptr)
             continue;
         if (item->whole != nullptr)
@@ -100,11 +100,12 @@ String MediaResGroup::AddItem(MediaInfo item)
 
 void MediaResGroup::RemoveItem(const String& sid)
 {
-    const Item* const item = IsEditable() != 0 ? items_.Find(sid) : nullptr;
+    const Item* const item = IsEditable() != 0 ? tracks_->items.Find(sid) : nullptr;
     if (item == nullptr)
         return;
-    index_.Remove(SIDGenerator::ToNumber(sid).value_or(0), item->path);
-    items_.Remove(sid);
+    tracks_->index.Remove(SIDGenerator::ToNumber(sid).value_or(0), item->path);
+    tracks_->names.Drop(item->name);
+    tracks_->items.Remove(sid);
 }
 
 void MediaResGroup::Clear()
@@ -126,7 +127,7 @@ void MediaResGroup::GetItemMediaInfo(const String& sid, MediaInfo& info)
 
 int MediaResGroup::GetItem(const String& sid, MediaInfo& item)
 {
-    const Item* const found = items_.Find(sid);
+    const Item* const found = tracks_->items.Find(sid);
     if (found == nullptr)
         return 0;
     item = MakeRecord(*found);
@@ -135,7 +136,7 @@ int MediaResGroup::GetItem(const String& sid, MediaInfo& item)
 
 int MediaResGroup::SetItem(const String& sid, const MediaInfo& item)
 {
-    Item* const found = items_.Find(sid);
+    Item* const found = tracks_->items.Find(sid);
     if (found == nullptr)
         return 0;
     SetRecord(*found, item);
@@ -144,15 +145,15 @@ int MediaResGroup::SetItem(const String& sid, const MediaInfo& item)
 
 void MediaResGroup::FindItems(const String& path, std::set<String>& sids)
 {
-    index_.Find(path, sids);
+    tracks_->index.Find(path, sids);
 }
 
 // Under a new SID, without a name. `path` isn't empty.
 MediaResGroup::Item& MediaResGroup::Insert(StringView path, String& sid)
 {
     sid = idGenerator_.Next();
-    Item& item = items_.Add(sid, Item());
-    item.path = index_.Add(SIDGenerator::ToNumber(sid).value_or(0), path);
+    Item& item = tracks_->items.Add(sid, Item());
+    item.path = tracks_->index.Add(SIDGenerator::ToNumber(sid).value_or(0), path);
     return item;
 }
 
@@ -160,10 +161,11 @@ void MediaResGroup::SetRecord(Item& item, const MediaInfo& record)
 {
     const auto path = record.find(kItemPath);
     const auto name = record.find(kItemName);
-    item.name = name != record.end() ? PackedText(name->second) : PackedText();
+    tracks_->names.Drop(item.name);
+    item.name = name != record.end() ? tracks_->names.Pack(name->second) : PackedText();
     const std::size_t packed = name != record.end() ? 2 : 1;
     const bool fits =
-        path != record.end() && ItemPathIndex::GetPath(item.path) == PackedText(path->second);
+        path != record.end() && ItemPathIndex::GetPath(item.path).Unpack() == path->second;
     item.whole = fits && record.size() == packed ? nullptr : std::make_unique<MediaInfo>(record);
 }
 
@@ -176,12 +178,6 @@ MediaInfo MediaResGroup::MakeRecord(const Item& item)
     if (item.name.IsSet())
         record.emplace_hint(record.end(), kItemName, item.name.Unpack());
     return record;
-}
-
-void MediaResGroup::DropAll()
-{
-    items_.Clear();
-    index_.Clear();
 }
 
 } // namespace kivo::tunehive

@@ -57,39 +57,11 @@ bool IsPlain(std::string_view units)
 
 } // namespace
 
-void PackedText::Free::operator()(std::byte* block) const
-{
-    if (block != emptyBlock)
-        delete[] block;
-}
-
-PackedText::PackedText(StringView text)
-    : block_(text.empty() ? emptyBlock : nullptr)
-{
-    if (text.empty())
-        return;
-    text = text.substr(0, kWide - 1);
-    const bool isWide =
-        std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit > 0xFF; });
-    const std::size_t bytes = isWide ? text.size() * sizeof(char16_t) : text.size();
-    // Not make_unique, which would clear what is written at once.
-    block_.reset(new std::byte[kHeader + bytes]);
-    const std::uint32_t header = static_cast<std::uint32_t>(text.size()) | (isWide ? kWide : 0U);
-    std::memcpy(block_.get(), &header, kHeader);
-    std::byte* const units = block_.get() + kHeader;
-    if (isWide)
-        std::memcpy(units, text.data(), bytes);
-    else
-        std::transform(text.begin(), text.end(), units, [](char16_t unit) {
-            return static_cast<std::byte>(unit);
-        });
-}
-
 String PackedText::Unpack() const
 {
     if (block_ == nullptr)
         return {};
-    return WithUnits(block_.get(), [](const auto* units, std::size_t length) {
+    return WithUnits(block_, [](const auto* units, std::size_t length) {
         return String(units, units + length);
     });
 }
@@ -99,7 +71,7 @@ std::string_view PackedText::ToUtf8(std::string& scratch) const
     if (block_ == nullptr)
         return {};
     const std::string_view units = GetBytes().substr(kHeader);
-    if ((ReadHeader(block_.get()) & kWide) == 0 && IsPlain(units))
+    if ((ReadHeader(block_) & kWide) == 0 && IsPlain(units))
         return units;
     scratch = common::CString_to_utf8(Unpack());
     return scratch;
@@ -107,10 +79,39 @@ std::string_view PackedText::ToUtf8(std::string& scratch) const
 
 std::string_view PackedText::GetBytes() const
 {
-    const std::uint32_t header = ReadHeader(block_.get());
+    const std::uint32_t header = ReadHeader(block_);
     const std::size_t length = header & ~kWide;
     const std::size_t bytes = (header & kWide) != 0 ? length * sizeof(char16_t) : length;
-    return {reinterpret_cast<const char*>(block_.get()), kHeader + bytes};
+    return {reinterpret_cast<const char*>(block_), kHeader + bytes};
+}
+
+PackedText PackedTexts::Pack(StringView text)
+{
+    PackedText packed;
+    packed.block_ = emptyBlock;
+    if (text.empty())
+        return packed;
+    text = text.substr(0, kWide - 1);
+    const bool isWide =
+        std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit > 0xFF; });
+    const std::size_t bytes = isWide ? text.size() * sizeof(char16_t) : text.size();
+    packed.block_ = static_cast<std::byte*>(memory_.allocate(kHeader + bytes, kHeader));
+    const std::uint32_t header = static_cast<std::uint32_t>(text.size()) | (isWide ? kWide : 0U);
+    std::memcpy(packed.block_, &header, kHeader);
+    std::byte* const units = packed.block_ + kHeader;
+    if (isWide)
+        std::memcpy(units, text.data(), bytes);
+    else
+        std::transform(text.begin(), text.end(), units, [](char16_t unit) {
+            return static_cast<std::byte>(unit);
+        });
+    return packed;
+}
+
+void PackedTexts::Drop(PackedText text)
+{
+    if (text.IsSet() && text.block_ != emptyBlock)
+        memory_.deallocate(text.block_, text.GetBytes().size(), kHeader);
 }
 
 } // namespace kivo::tunehive

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 
@@ -12,11 +12,11 @@ namespace kivo::tunehive {
 
 // A text that never changes, in a tenth of the room of a String object and half its characters'
 // where all of them fit a byte: a group of 100,000 tracks holds 200,000 of these. Exact for every
-// sequence of 16-bit units. Thread: user interface.
+// sequence of 16-bit units. It belongs to the PackedTexts that made it and is copied as a view is.
+// Thread: user interface.
 class PackedText {
 public:
     PackedText() = default; // No text, which is not the same as an empty one.
-    explicit PackedText(StringView text);
 
     [[nodiscard]] bool IsSet() const { return block_ != nullptr; }
     [[nodiscard]] String Unpack() const;
@@ -35,12 +35,25 @@ public:
     [[nodiscard]] std::string_view GetBytes() const;
 
 private:
-    struct Free {
-        void operator()(std::byte* block) const; // The block of the empty text is shared.
-    };
+    friend class PackedTexts;
 
     // A word of length and width, then the units, one byte or two each.
-    std::unique_ptr<std::byte[], Free> block_;
+    std::byte* block_ = nullptr;
+};
+
+// Makes packed texts in a memory, whose end is also theirs: many are given back at once then.
+class PackedTexts {
+public:
+    explicit PackedTexts(std::pmr::memory_resource& memory) // Outlives this.
+        : memory_(memory)
+    {
+    }
+
+    [[nodiscard]] PackedText Pack(StringView text);
+    void Drop(PackedText text); // Which was made here and is used no more, or isn't set.
+
+private:
+    std::pmr::memory_resource& memory_;
 };
 
 struct PackedTextHash {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory_resource>
 #include <random>
 #include <vector>
 
@@ -29,12 +30,19 @@ std::vector<String> MakeTexts()
 TEST(PackedText, ComesBackExactlyAndIsTheSameForTheSameTextAlone)
 {
     const std::vector<String> texts = MakeTexts();
-    for (const String& a : texts) {
-        EXPECT_TRUE(PackedText(a).IsSet());
-        EXPECT_EQ(PackedText(a).Unpack(), a);
-        for (const String& b : texts)
-            EXPECT_EQ(PackedText(a) == PackedText(b), a == b);
+    PackedTexts packed(*std::pmr::new_delete_resource());
+    for (const String& text : texts) {
+        const PackedText a = packed.Pack(text);
+        EXPECT_TRUE(a.IsSet());
+        EXPECT_EQ(a.Unpack(), text);
+        for (const String& other : texts) {
+            const PackedText b = packed.Pack(other);
+            EXPECT_EQ(a == b, text == other);
+            packed.Drop(b);
+        }
+        packed.Drop(a);
     }
+    packed.Drop(PackedText());
     EXPECT_FALSE(PackedText().IsSet());
     EXPECT_EQ(PackedText().Unpack(), u"");
 }
@@ -46,9 +54,11 @@ TEST(PackedText, ItsUtf8IsThatOfTheText)
     for (const char16_t unit : {u'\0', u'\x01', u'\x7F', u'\x80', u'\xFF'})
         for (std::size_t place = 0; place < 19; ++place)
             texts.emplace_back(19, u'x')[place] = unit;
+    std::pmr::monotonic_buffer_resource memory;
+    PackedTexts packed(memory);
     std::string scratch;
     for (const String& text : texts)
-        EXPECT_EQ(PackedText(text).ToUtf8(scratch), common::CString_to_utf8(text));
+        EXPECT_EQ(packed.Pack(text).ToUtf8(scratch), common::CString_to_utf8(text));
     EXPECT_EQ(PackedText().ToUtf8(scratch), "");
 }
 
