@@ -9,6 +9,7 @@
 #include "tree/TreeMenus.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kivo::tunehive {
 
@@ -34,6 +35,12 @@ constexpr Road kRoads[] = {
     {u"EmptyURLBtn",    kCommandAddURL   },
 };
 
+bool HoldsMusic(const void* row)
+{
+    const auto* group = static_cast<const ui::CSkinTreeItem*>(row);
+    return group->GetID() != kHotGroup && group->GetChildCount() > 0;
+}
+
 } // namespace
 
 CEmptyPage::CEmptyPage(CMediaTree& tree)
@@ -52,29 +59,36 @@ void CEmptyPage::Build()
     SetVisible(0);
 }
 
-bool CEmptyPage::IsWanted() const
+bool CEmptyPage::HasMusic() const
 {
-    if (!IsBeyond() || GetControls().empty() || tree_.GetRoot() == nullptr ||
-        CAddFolderThread::GetRunningCount() > 0) {
-        return false;
-    }
     const CPtrArray& groups = tree_.GetRoot()->GetChildren();
-    return std::all_of(groups.begin(), groups.end(), [](void* child) {
-        const auto* group = static_cast<const ui::CSkinTreeItem*>(child);
-        return group->GetID() == kHotGroup || group->GetChildCount() == 0;
-    });
+    return std::any_of(groups.begin(), groups.end(), HoldsMusic);
 }
 
 void CEmptyPage::Follow()
 {
-    const bool wanted = IsWanted();
+    if (!IsBeyond() || GetControls().empty() || tree_.GetRoot() == nullptr)
+        return;
+    const bool hasMusic = HasMusic();
+    const bool isFirst = !std::exchange(hadMusic_, hasMusic) && hasMusic;
+    const bool wanted = !hasMusic && CAddFolderThread::GetRunningCount() == 0;
     const int rows = wanted ? tree_.GetRowCount() * tree_.GetWantedSize().height : 0;
     const Rect margin{0, rows, 0, 0};
-    if (wanted == IsSetVisible() && (!wanted || margin == GetMargin()))
-        return;
-    SetMargin(margin);
-    SetVisible(wanted ? 1 : 0);
-    tree_.RePositionSubControls();
+    if (wanted != IsSetVisible() || (wanted && margin != GetMargin())) {
+        SetMargin(margin);
+        SetVisible(wanted ? 1 : 0);
+        tree_.RePositionSubControls();
+    }
+    if (isFirst)
+        UnfoldMusic();
+}
+
+void CEmptyPage::UnfoldMusic()
+{
+    const CPtrArray groups = tree_.GetRoot()->GetChildren();
+    for (void* group : groups)
+        if (HoldsMusic(group))
+            tree_.ExpandGroup(static_cast<ui::CSkinTreeItem*>(group)->GetID());
 }
 
 void CEmptyPage::CalculateBounds(const Rect& place)

@@ -152,7 +152,6 @@ TEST_F(FirstDay, FromTheEmptyPageToTheNextMorning)
     // A folder by the button of the empty page, then a file by the menu.
     desktop_.Click("control", "Add a folder…");
     ChooseInDialog(desktop_.GetMedia().GetPath("album"));
-    Unfold("My media");
     for (const char* const title : {"Beta", "Gamma", "Delta"})
         desktop_.Find("My media", title);
     EXPECT_FALSE(desktop_.Sees("control", "Drop your music here"));

@@ -33,21 +33,21 @@ protected:
     CEmptyPage* page_ = nullptr; // The tree's.
 };
 
-TEST_F(EmptyPageTest, StaysAwayWithoutTheSwitch)
+TEST_F(EmptyPageTest, ComesAndGoesWithTheFirstTrack)
 {
     Open(/*beyond=*/false);
     EXPECT_FALSE(page_->IsSetVisible());
-}
-
-TEST_F(EmptyPageTest, ComesAndGoesWithTheFirstTrack)
-{
     Open(/*beyond=*/true);
     EXPECT_TRUE(page_->IsSetVisible());
     tree_->NewGroup();
     EXPECT_TRUE(page_->IsSetVisible()) << "a group is no music";
     Add(u"mine", {u"http://radio.example/live"});
     EXPECT_FALSE(page_->IsSetVisible());
+    EXPECT_TRUE(Group(u"mine").IsExpanded()) << "the first music shows";
+    Add(u"playing", {u"http://radio.example/live"});
+    EXPECT_FALSE(Group(u"playing").IsExpanded());
     tree_->ClearCategory(u"mine");
+    tree_->ClearCategory(u"playing");
     EXPECT_TRUE(page_->IsSetVisible());
 }
 
