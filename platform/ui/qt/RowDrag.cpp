@@ -11,6 +11,7 @@
 #include <QPainter>
 
 #include <string_view>
+#include <utility>
 
 // Drag and drop of rows and files.
 namespace kivo::ui::qt {
@@ -52,8 +53,12 @@ QPixmap MakeDragPicture(int count, qreal ratio)
 void RowView::startDrag(Qt::DropActions /*actions*/)
 {
     String text;
-    if (list_ == nullptr || list_->OnDragStart(text) == 0)
+    if (list_ == nullptr)
         return;
+    if (list_->OnDragStart(text) == 0) {
+        RefuseDrag(/*refused=*/true);
+        return;
+    }
     auto* carried = new QMimeData;
     carried->setText(ToQt(text));
     auto* drag = new QDrag(this);
@@ -66,6 +71,17 @@ void RowView::startDrag(Qt::DropActions /*actions*/)
     EndDrop();
     if (list_ != nullptr)
         list_->OnDragEnd();
+}
+
+// Until the button is let go the selection stays as it is: Qt would sweep it along with the mouse.
+void RowView::RefuseDrag(bool refused)
+{
+    if (std::exchange(dragRefused_, refused) == refused)
+        return;
+    if (refused)
+        viewport()->setCursor(Qt::ForbiddenCursor);
+    else
+        viewport()->unsetCursor();
 }
 
 void RowView::dragEnterEvent(QDragEnterEvent* event)

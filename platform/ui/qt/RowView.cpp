@@ -369,12 +369,15 @@ void RowView::mouseMoveEvent(QMouseEvent* event)
     const QPoint point = event->position().toPoint();
     const QModelIndex index = RowAt(point);
     SetHovered(index, IsOnButton(index, point));
-    if (!pressedButton_.isValid())
+    if (event->buttons() == Qt::NoButton)
+        RefuseDrag(/*refused=*/false); // The release went elsewhere.
+    if (!pressedButton_.isValid() && !dragRefused_)
         QTreeView::mouseMoveEvent(event);
 }
 
 void RowView::mouseReleaseEvent(QMouseEvent* event)
 {
+    RefuseDrag(/*refused=*/false);
     if (!pressedButton_.isValid() || event->button() != Qt::LeftButton) {
         QTreeView::mouseReleaseEvent(event);
         return;

@@ -94,6 +94,7 @@ private:
     bool TakesKey(QKeyEvent& event);
     void ShowDropAt(const QModelIndex& index, bool show, bool own);
     void EndDrop();
+    void RefuseDrag(bool refused);
     void DrawDropMark(QPainter& painter) const;
 
     CSkinList* list_;
@@ -115,6 +116,7 @@ private:
     bool committed_ = false;
     bool dropShown_ = false;
     bool dropOwn_ = false;
+    bool dragRefused_ = false; // The mouse has moved from a row that can't be dragged.
 };
 
 } // namespace kivo::ui::qt

@@ -183,7 +183,7 @@ void DeskRow::OnRenameKey()
 int DeskTree::GetDragText(String& text)
 {
     text = u"KIVO2006TREEDRAG:playing#a";
-    return 1;
+    return refusesDrags ? 0 : 1;
 }
 
 IMenu* DeskTree::GetMultiSelectMenu()

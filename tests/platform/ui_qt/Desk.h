@@ -76,6 +76,7 @@ public:
     [[nodiscard]] std::vector<String> GetShown() const; // The ids on screen, from Qt's view.
 
     std::vector<String> log;
+    bool refusesDrags = false; // As if what is selected could not be dragged.
 };
 
 // A main form with the page's panels as the build file describes them and a tree of samples.

@@ -314,6 +314,30 @@ TEST_F(RowViewTest, TakesFilesAndTexts)
     EXPECT_FALSE(GetTree().IsDragInProgress());
 }
 
+// As of tracks that can't be dragged: Qt's own view would sweep the selection along instead.
+TEST_F(RowViewTest, ARefusedDragLeavesTheSelection)
+{
+    GetTree().refusesDrags = true;
+    Click(u"a1");
+    Click(u"a2", Qt::ControlModifier);
+    QWidget& rows = *GetView().viewport();
+    QTest::mousePress(&rows, Qt::LeftButton, {}, PlaceOf(u"a2"));
+    for (const char16_t* over : {u"a3", u"B", u"b1", u"b2"}) {
+        const QPointF place = PlaceOf(over);
+        QMouseEvent move(QEvent::MouseMove,
+                         place,
+                         rows.mapToGlobal(place),
+                         Qt::NoButton,
+                         Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&rows, &move);
+    }
+    EXPECT_EQ(rows.cursor().shape(), Qt::ForbiddenCursor);
+    QTest::mouseRelease(&rows, Qt::LeftButton, {}, PlaceOf(u"b2"));
+    EXPECT_EQ(rows.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(GetSelected(), (Texts{u"a1", u"a2"}));
+}
+
 TEST_F(RowViewTest, StaysWhereItIsWhenRowsComeAbove)
 {
     GetTree().BeginUpdate();
