@@ -160,6 +160,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override
     {
         QDialog::resizeEvent(event);
+        if (form_ != nullptr && form_->IsPopup())
+            setMask(MakeRoundMask(rect(), radius::kPanel));
         ReportPlace();
     }
     void moveEvent(QMoveEvent* event) override

@@ -479,11 +479,11 @@ int KivoStyle::styleHint(StyleHint hint,
                          QStyleHintReturn* returned) const
 {
     switch (hint) {
+    case SH_Menu_Mask:
     case SH_ToolTip_Mask:
         if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned)) {
-            QPainterPath path;
-            path.addRoundedRect(option->rect, 5, 5);
-            mask->region = QRegion(path.toFillPolygon().toPolygon());
+            const qreal corner = hint == SH_Menu_Mask ? radius::kPanel : radius::kEntry;
+            mask->region = MakeRoundMask(option->rect, corner);
             return 1;
         }
         break;

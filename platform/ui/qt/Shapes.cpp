@@ -39,6 +39,13 @@ QPainterPath MakeCell(const QPointF& centre, qreal height)
     return path;
 }
 
+QRegion MakeRoundMask(const QRect& rect, qreal corner)
+{
+    QPainterPath path;
+    path.addRoundedRect(rect, corner, corner);
+    return QRegion(path.toFillPolygon().toPolygon());
+}
+
 void FillRounded(QPainter& painter, const QRectF& rect, qreal corner, const QColor& colour)
 {
     painter.save();

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QPainterPath>
 #include <QRectF>
+#include <QRegion>
 
 class QPainter;
 
@@ -18,6 +19,9 @@ inline constexpr qreal kEntry = 5.0;
 
 // The comb cell: a hexagon that stands on a point, `height` high, with soft corners.
 [[nodiscard]] QPainterPath MakeCell(const QPointF& centre, qreal height);
+
+// What a window with round corners covers: they are cut off also where nothing blends windows.
+[[nodiscard]] QRegion MakeRoundMask(const QRect& rect, qreal corner);
 
 void FillRounded(QPainter& painter, const QRectF& rect, qreal corner, const QColor& colour);
 
