@@ -194,6 +194,13 @@ public:
     int hidden = 0;
 };
 
+// Also where no compositor blends windows.
+void ExpectRoundCorners(const QWidget& popUp)
+{
+    EXPECT_FALSE(popUp.mask().contains({0, 0}));
+    EXPECT_TRUE(popUp.mask().contains({18, 0}));
+}
+
 TEST(PopupForm, TellsWhenItComesAndGoesAndClosesByEscapeOrAPressElsewhere)
 {
     const Desk desk;
@@ -209,6 +216,7 @@ TEST(PopupForm, TellsWhenItComesAndGoesAndClosesByEscapeOrAPressElsewhere)
         EXPECT_TRUE(window.isVisible());
         EXPECT_EQ(form.shown, before + 1);
         EXPECT_EQ(QApplication::activePopupWidget(), &window);
+        ExpectRoundCorners(window);
         Grab(window, "form-volume");
         auto* slider = static_cast<CSkinSlider*>(form.FindControlRecusive(u"VolSlider"));
         const int position = slider->GetPosition();
@@ -253,6 +261,7 @@ void InMenu(const std::function<void(QMenu&)>& act)
     QTimer::singleShot(0, qApp, [act] {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
+        ExpectRoundCorners(*menu);
         act(*menu);
         if (QWidget* rest = QApplication::activePopupWidget())
             rest->close();
