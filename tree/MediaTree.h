@@ -21,6 +21,12 @@ class CMediaTreeRoot;
 class ITrackPickers;
 class ITuneHive_AsyncCallbackParam;
 
+// What is to be added, by what it is.
+struct SortedItems {
+    CStringArray files; // And addresses.
+    std::vector<String> folders;
+};
+
 // The tree of groups and tracks: the only view of the groups, and the keeper of the order of their
 // tracks. A track is addressed by group id and SID. Every change goes through it or through a row,
 // which change the group first and the rows right after. Operations on a group that has no row do
@@ -55,7 +61,8 @@ public:
                   int allowDuplicate,
                   String& sid);
     void AddPaths(const String& group, const CStringArray& paths);
-    void AddDroppedFiles(const String& group, const CStringArray& paths); // Folders are imported.
+    // Folders are imported. All comes a little later, when it is known what is one.
+    void AddDroppedFiles(const String& group, const CStringArray& paths);
     void AddByCommand(const String& group, int command); // Asks the user: files, folder, address.
 
     // Adds files, folders and addresses; with `playFirst` the first of them plays: of folders
@@ -139,6 +146,8 @@ private:
     [[nodiscard]] std::vector<CMediaTreeItem*> GetSelectedTracks() const;
     void AddCategory(const String& group);
     void MoveCurrentOfPlaying(String& url, int mode);
+    void OpenSorted(const SortedItems& items, const String& group, bool playFirst);
+    void OnDropSorted(ITuneHive_AsyncCallbackParam* param);
     void OnFolderImported(WPARAM wParam, LPARAM lParam);
     void OnLookedUp(const String& path, bool exists);
     void OnLibraryLoaded(ITuneHive_AsyncCallbackParam* param);

@@ -1,15 +1,19 @@
 // What CMediaTree does with tracks: adding them, playing them, and work on one or on the selection.
 
 #include "medialib/AddFolderThread.h"
+#include "medialib/IMediaLibManager.h"
 #include "mediares/GroupIds.h"
 #include "player/PlayTurn.h"
+#include "shell/base/TuneHiveEvent.h"
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/framework/Paths.h"
+#include "shell/contracts/framework/Threads.h"
 #include "tree/MediaTree.h"
 #include "tree/MediaTreeCategory.h"
 #include "tree/MediaTreeItem.h"
 
 #include <map>
+#include <memory>
 #include <utility>
 
 namespace kivo::tunehive {
@@ -18,6 +22,55 @@ namespace {
 
 constexpr std::int32_t kStoredPath = 0;
 constexpr std::int32_t kStoredName = 1;
+
+SortedItems SortItems(const std::vector<String>& items)
+{
+    SortedItems sorted;
+    for (const String& item : items) {
+        const bool isFolder = IsBeyond() && !UrlIsW(item) && PathIsDirectoryW(item);
+        (isFolder ? sorted.folders : sorted.files).push_back(item);
+    }
+    return sorted;
+}
+
+class SortedDrop final : public ITuneHive_AsyncCallbackParam {
+public:
+    SortedDrop(const String& target, const CStringArray& paths)
+        : group(target)
+        , items(SortItems(paths))
+    {
+    }
+    ~SortedDrop() override = default;
+
+    const String group;
+    const SortedItems items;
+};
+
+class DropJob final : public IJob {
+public:
+    DropJob(const String& group,
+            const CStringArray& paths,
+            const AsyncCallback& done,
+            LifeWatch life)
+        : group_(group)
+        , paths_(paths)
+        , done_(done)
+        , life_(std::move(life))
+    {
+    }
+
+    bool RunSlice() override
+    {
+        PostCallback(done_, std::make_unique<SortedDrop>(group_, paths_).release(), life_);
+        return false;
+    }
+
+private:
+    String group_;
+    CStringArray paths_;
+    AsyncCallback done_;
+    LifeWatch life_;
+};
 
 } // namespace
 
@@ -52,9 +105,24 @@ void CMediaTree::AddPaths(const String& group, const CStringArray& paths)
     category->AddRecords(records);
 }
 
+// Whether a path is a folder only its disk knows, which may be slow or dead: the worker asks.
 void CMediaTree::AddDroppedFiles(const String& group, const CStringArray& paths)
 {
-    OpenItems(paths, group, /*playFirst=*/false);
+    IMediaLibManager* library = FindMediaLibManager();
+    CWorker* worker = IsBeyond() && library != nullptr ? library->GetWorker() : nullptr;
+    if (worker == nullptr)
+        OpenSorted(SortItems(paths), group, /*playFirst=*/false);
+    else
+        worker->Post(
+            JobPriority::RowOnScreen,
+            std::make_unique<DropJob>(
+                group, paths, AsyncCallback(this, &CMediaTree::OnDropSorted), life_.Watch()));
+}
+
+void CMediaTree::OnDropSorted(ITuneHive_AsyncCallbackParam* param)
+{
+    const auto* drop = static_cast<SortedDrop*>(param);
+    OpenSorted(drop->items, drop->group, /*playFirst=*/false);
 }
 
 void CMediaTree::ImportFolder(const String& group, const String& folder)
@@ -65,15 +133,12 @@ void CMediaTree::ImportFolder(const String& group, const String& folder)
 
 void CMediaTree::OpenItems(const std::vector<String>& items, const String& group, bool playFirst)
 {
-    CStringArray files;
-    std::vector<String> folders;
-    for (const String& item : items) {
-        const bool isFolder = IsBeyond() && !UrlIsW(item) && PathIsDirectoryW(item);
-        if (isFolder)
-            folders.push_back(item);
-        else
-            files.push_back(item);
-    }
+    OpenSorted(SortItems(items), group, playFirst);
+}
+
+void CMediaTree::OpenSorted(const SortedItems& items, const String& group, bool playFirst)
+{
+    const auto& [files, folders] = items;
     AddPaths(group, files);
     const CMediaTreeCategory* category = FindCategory(group);
     if (playFirst && !files.empty() && category != nullptr)

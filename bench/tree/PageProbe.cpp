@@ -247,7 +247,7 @@ private:
         CStringArray paths;
         for (int i = 0; i < 10'000; ++i)
             paths.push_back(u"/nowhere/new/" + common::ToText(i) + u".mp3");
-        tree_->OnFilesDropped(&GetGroup(), paths);
+        tree_->AddPaths(GetGroup().GetID(), paths);
     }
 
     // Ends the program as a logout does, with one track renamed.
