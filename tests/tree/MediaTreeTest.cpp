@@ -94,35 +94,23 @@ TEST_F(TreeTest, TheMarkStepsThroughPlaying)
 
 TEST_F(TreeTest, ARunOfMovesDrawsOnlyItsEnd)
 {
-    Add(u"playing", {u"a", u"b", u"c"});
-    String url;
-    tree_->GetNextURL(url, 0);
-    tree_->BeginMoves();
-    tree_->GetNextURL(url, 0);
-    EXPECT_TRUE(Row(u"playing", 0).IsPlaying());
-    EXPECT_FALSE(Row(u"playing", 1).IsPlaying());
-    tree_->GetNextURL(url, 0);
-    tree_->EndMoves();
-    EXPECT_EQ(url, u"c");
-    EXPECT_FALSE(Row(u"playing", 0).IsPlaying());
-    EXPECT_TRUE(Row(u"playing", 2).IsPlaying());
+    const Strings sids = Add(u"playing", {u"a", u"b", u"c"});
+    // A mark whose track has gone stands on the first row too.
+    for (const auto& [start, end] : {std::pair(sids[0], 2), std::pair(String(u"gone"), 1)}) {
+        tree_->PlayTrack(u"playing", start);
+        String url;
+        tree_->BeginMoves();
+        tree_->GetNextURL(url, 0);
+        EXPECT_TRUE(Row(u"playing", 0).IsPlaying());
+        EXPECT_FALSE(Row(u"playing", 1).IsPlaying());
+        tree_->GetNextURL(url, 0);
+        tree_->EndMoves();
+        for (int row = 0; row < 3; ++row)
+            EXPECT_EQ(Row(u"playing", row).IsPlaying(), row == end);
+    }
 }
 
-TEST_F(TreeTest, ARunOfMovesLeavesOneMarkAlsoWhereTheFirstRowStoodIn)
-{
-    Add(u"playing", {u"a", u"b"});
-    tree_->PlayTrack(u"playing", u"gone");
-    EXPECT_TRUE(Row(u"playing", 0).IsPlaying());
-    tree_->SetChance([] { return 1U; });
-    String url;
-    tree_->BeginMoves();
-    tree_->GetRandomURL(url);
-    tree_->EndMoves();
-    EXPECT_FALSE(Row(u"playing", 0).IsPlaying());
-    EXPECT_TRUE(Row(u"playing", 1).IsPlaying());
-}
-
-TEST_F(TreeTest, ARemovedCurrentTrackEmptiesTheMark)
+TEST_F(TreeTest, TheMarkGoesWithItsTrack)
 {
     const Strings sids = Add(u"playing", {u"a", u"b"});
     tree_->PlayTrack(u"playing", sids[1]);
@@ -133,15 +121,10 @@ TEST_F(TreeTest, ARemovedCurrentTrackEmptiesTheMark)
     tree_->DeleteTrack(u"playing", sids[1]);
     tree_->GetCurrentURL(url);
     EXPECT_EQ(url, u"");
-}
 
-TEST_F(TreeTest, AfterAClearTheFirstNewTrackComesNext)
-{
-    const Strings sids = Add(u"playing", {u"a"});
-    tree_->PlayTrack(u"playing", sids[0]);
+    tree_->PlayTrack(u"playing", Add(u"playing", {u"c"})[0]);
     tree_->ClearCategory(u"playing");
     EXPECT_EQ(tree_->GetPlayingCount(), 0);
-    String url;
     tree_->GetCurrentURL(url);
     EXPECT_EQ(url, u"");
     Add(u"playing", {u"z"});
@@ -196,7 +179,7 @@ TEST_F(TreeTest, AGroupIsDeletedAfterAQuestionAndAFixedOneNever)
     EXPECT_EQ(GroupIds(), (Strings{u"playing", u"mine"}));
 }
 
-TEST_F(TreeTest, PlayingIsSavedAsAGroup)
+TEST_F(TreeTest, PlayingAloneIsSavedAsAGroup)
 {
     Add(u"playing", {u"a", u"b"});
     tree_->SaveAsGroup(u"mine");
@@ -217,6 +200,10 @@ TEST_F(TreeTest, TheSelectionIsPlayedCopiedMovedAndDeleted)
     tree_->PlaySelection();
     EXPECT_EQ(Paths(u"playing"), (Strings{u"p1", u"p2", u"m1", u"m3"}));
     EXPECT_TRUE(Row(u"playing", 2).IsPlaying());
+    Select({&Row(u"playing", 3), &Row(u"playing", 1)}); // They are there already.
+    tree_->PlaySelection();
+    EXPECT_EQ(Paths(u"playing").size(), 4U);
+    EXPECT_TRUE(Row(u"playing", 1).IsPlaying());
 
     Select({&Row(u"mine", 0), &Row(u"mine", 2), &Row(user, 0)});
     tree_->MoveSelectionTo(user); // Its own row stays where it is.
@@ -231,40 +218,24 @@ TEST_F(TreeTest, TheSelectionIsPlayedCopiedMovedAndDeleted)
     EXPECT_EQ(Paths(user), (Strings{u"m3", u"m1"}));
 }
 
-TEST_F(TreeTest, AMoveToAGroupThatHasGoneLeavesTheTracks)
+TEST_F(TreeTest, WhatHasGoneNeitherMovesNorPlaysNorLosesTracks)
 {
+    Add(u"playing", {u"a"});
     Add(u"mine", {u"m1", u"m2"});
-    const Released<ui::IMenu> menu(tree_->GetMultiSelectMenu()); // Fills the list of targets.
+    tree_->PlayTrack(u"mine", u"zz");
+    EXPECT_EQ(Paths(u"playing").size(), 1U);
+    EXPECT_TRUE(player_.calls.empty());
     Select({&Row(u"mine", 0), &Row(u"mine", 1)});
     tree_->MoveSelectionTo(u"userzz");
     EXPECT_EQ(Paths(u"mine").size(), 2U);
 
     const String user = NewGroup();
-    const Released<ui::IMenu> ofTrack(Row(u"mine", 0).GetRowMenu(ui::MenuDelegate()));
-    const ui::IMenu* const targets = ofTrack->GetEntries()[1].get();
-    ui::IMenu* const toUser = targets->GetEntries().back().get();
+    const Released<ui::IMenu> menu(Row(u"mine", 0).GetRowMenu(ui::MenuDelegate()));
+    ui::IMenu* const toUser = menu->GetEntries()[1]->GetEntries().back().get();
     host_.boxAnswers = {1};
     tree_->DeleteCategory(user);
     Row(u"mine", 0).OnRowCommand(toUser);
     EXPECT_EQ(Paths(u"mine").size(), 2U);
-}
-
-TEST_F(TreeTest, ATrackThatHasGonePlaysNothing)
-{
-    Add(u"playing", {u"a"});
-    Add(u"mine", {u"m"});
-    tree_->PlayTrack(u"mine", u"zz");
-    EXPECT_EQ(Paths(u"playing").size(), 1U);
-    EXPECT_TRUE(player_.calls.empty());
-}
-
-TEST_F(TreeTest, SeveralRowsOfPlayingAlonePlayTheFirstOfThem)
-{
-    Add(u"playing", {u"a", u"b", u"c"});
-    Select({&Row(u"playing", 2), &Row(u"playing", 1)});
-    tree_->PlaySelection();
-    EXPECT_TRUE(Row(u"playing", 1).IsPlaying());
-    EXPECT_EQ(Paths(u"playing").size(), 3U);
 }
 
 TEST_F(TreeTest, RowsShowNameElseTitleAndArtistAndWhetherTheFileIsThere)
@@ -343,6 +314,8 @@ TEST_F(TreeTest, FilesComeByCommandByDropAndByImport)
 
 TEST_F(TreeTest, OnlyTracksOfPlayingAreDraggedAndReordered)
 {
+    EXPECT_EQ(MakeDragText({}), u"KIVO2006TREEDRAG");
+    EXPECT_TRUE(ReadDragText(u":::#:playing#:mine#a").empty());
     const Strings sids = Add(u"playing", {u"a", u"b", u"c", u"d"});
     Add(u"mine", {u"m"});
     tree_->ExpandGroup(u"playing");
@@ -369,12 +342,6 @@ TEST_F(TreeTest, OnlyTracksOfPlayingAreDraggedAndReordered)
     tree_->OnDragOver(&Row(u"playing", 0));
     tree_->OnTextDropped(&Row(u"playing", 0), u"x:mine#a:#:playing#" + sids[2]);
     EXPECT_EQ(Paths(u"playing"), (Strings{u"c", u"b", u"d", u"a"}));
-}
-
-TEST(DragTextTest, AnEmptySelectionLosesItsColon)
-{
-    EXPECT_EQ(MakeDragText({}), u"KIVO2006TREEDRAG");
-    EXPECT_TRUE(ReadDragText(u":::#:playing#:mine#a").empty());
 }
 
 TEST_F(TreeTest, HostileTextsAreShownAndComeBack)

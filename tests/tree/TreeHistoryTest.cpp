@@ -1,6 +1,5 @@
 #include "tests/tree/TreeFixture.h"
 
-#include <algorithm>
 #include <map>
 #include <random>
 
@@ -42,35 +41,25 @@ public:
     {
         const String id = AnyGroup();
         auto& tracks = model_[id];
-        const int count = static_cast<int>(tracks.size());
-        const int at = count > 0 ? Below(tracks.size()) : 0;
-        const auto place = static_cast<std::size_t>(at);
+        if (tracks.empty()) {
+            AddSome(id);
+            return;
+        }
+        const int at = Below(tracks.size());
+        Track& track = tracks[static_cast<std::size_t>(at)];
         switch (Below(12)) {
         case 0:
         case 1:
         case 2: AddSome(id); break;
         case 3:
-            if (count > 0) {
-                tree_->DeleteTrack(id, SidAt(id, at));
-                tracks.erase(tracks.begin() + at);
-            }
+            tree_->DeleteTrack(id, SidAt(id, at));
+            tracks.erase(tracks.begin() + at);
             break;
         case 4:
-            if (count > 0) {
-                const String name = u"n" + String(1, static_cast<char16_t>(u'a' + Below(26)));
-                tree_->RenameTrack(id, SidAt(id, at), name);
-                tracks[place].name = name;
-            }
+            track.name = u"n" + String(1, static_cast<char16_t>(u'a' + Below(26)));
+            tree_->RenameTrack(id, SidAt(id, at), track.name);
             break;
-        case 5:
-            if (count > 0) {
-                const String target = AnyGroup();
-                tree_->CopyTrack(id, SidAt(id, at), target);
-                const Track copied = tracks[place];
-                if (target != id)
-                    model_[target].push_back(copied);
-            }
-            break;
+        case 5: Copy(id, at); break;
         case 6: Reorder(id); break;
         case 7: DeleteSelection(); break;
         case 8: MoveSelection(); break;
@@ -79,10 +68,8 @@ public:
                 model_[NewGroup()];
             break;
         case 10:
-            if (Below(20) == 0) {
-                tree_->ClearCategory(id);
-                tracks.clear();
-            }
+            if (Below(20) == 0)
+                ClearGroup(id);
             break;
         default:
             if (id.starts_with(u"user") && Below(10) == 0) {
@@ -94,6 +81,21 @@ public:
             }
             break;
         }
+    }
+
+    void ClearGroup(const String& id)
+    {
+        tree_->ClearCategory(id);
+        model_[id].clear();
+    }
+
+    void Copy(const String& id, int at)
+    {
+        const String target = AnyGroup();
+        tree_->CopyTrack(id, SidAt(id, at), target);
+        const Track copied = model_[id][static_cast<std::size_t>(at)];
+        if (target != id)
+            model_[target].push_back(copied);
     }
 
     void AddSome(const String& id)
@@ -109,24 +111,20 @@ public:
     void Reorder(const String& id)
     {
         auto& tracks = model_[id];
-        if (tracks.empty())
-            return;
         const int target = Below(tracks.size());
         std::vector<String> sids;
-        std::vector<Track> block;
-        std::vector<Track> rest;
+        std::vector<Track> parts[3]; // In front of the target, moved, and from the target on.
         for (int i = 0; i < static_cast<int>(tracks.size()); ++i) {
             const bool isMoved = Below(3) == 0;
-            if (i == target)
-                rest.push_back({u"here", u"here"});
-            (isMoved ? block : rest).push_back(tracks[static_cast<std::size_t>(i)]);
             if (isMoved)
                 sids.push_back(SidAt(id, i));
+            parts[isMoved ? 1 : (i < target ? 0 : 2)].push_back(
+                tracks[static_cast<std::size_t>(i)]);
         }
         Group(id).ReorderRows(sids, SidAt(id, target));
-        const auto hole = std::find(rest.begin(), rest.end(), Track{u"here", u"here"});
-        rest.insert(rest.erase(hole), block.begin(), block.end());
-        tracks = rest;
+        tracks.clear();
+        for (const auto& part : parts)
+            tracks.insert(tracks.end(), part.begin(), part.end());
     }
 
     // Selects rows of all groups at random and gives their places.
@@ -195,11 +193,9 @@ TEST_F(TreeHistoryTest, RowsGroupsAndFilesAgreeWithPlainLists)
         if (step % 50 == 0) {
             ASSERT_EQ(Observe(), model_) << "after step " << step;
         }
-        for (auto& [id, tracks] : model_) { // Keeps the lists short enough to be quick.
-            if (tracks.size() > 60) {
-                tree_->ClearCategory(id);
-                tracks.clear();
-            }
+        for (const auto& [id, tracks] : model_) { // Keeps the lists short enough to be quick.
+            if (tracks.size() > 60)
+                ClearGroup(id);
         }
     }
     Restart();
