@@ -1,18 +1,23 @@
 #include "host/Messages.h"
+#include "host/Texts.h"
+#include "tests/page/Stage.h"
 
 #include <gtest/gtest.h>
-#include <QApplication>
+#include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
 
-namespace kivo::host {
+namespace kivo::test {
 namespace {
 
-// Shows the question and has `answer` work on its box. What the box gives.
+using host::MessageKind;
+
+// Shows the box and has `answer` work on it. What the box gives.
 bool Ask(MessageKind kind, const std::function<void(QMessageBox&)>& answer)
 {
     bool isAnswered = false;
@@ -26,25 +31,24 @@ bool Ask(MessageKind kind, const std::function<void(QMessageBox&)>& answer)
         answer(*box);
     });
     timer.start(10);
-    const bool result = MakeBoxMessages()->Show(kind, u"Title", u"<b>Rock & Roll</b>\nreally?");
+    const bool result =
+        host::MakeBoxMessages()->Show(kind, u"Title", u"<b>Rock & Roll</b>\nreally?");
     EXPECT_TRUE(isAnswered);
     return result;
 }
 
 void Click(QMessageBox& box, QMessageBox::StandardButton which)
 {
-    QAbstractButton* const button = box.button(which);
-    QTest::mouseClick(button, Qt::LeftButton, {}, button->rect().center());
+    QTest::mouseClick(box.button(which), Qt::LeftButton);
 }
-
-struct Answer {
-    const char* name;
-    std::function<void(QMessageBox&)> act;
-    bool result;
-};
 
 TEST(MessageBox, AQuestionIsAnsweredByMouseAndByKeys)
 {
+    struct Answer {
+        const char* name;
+        std::function<void(QMessageBox&)> act;
+        bool result;
+    };
     const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
     const Answer answers[] = {
         {"yes by mouse",      [](QMessageBox& box) { Click(box, QMessageBox::Yes); }, true },
@@ -64,15 +68,39 @@ TEST(MessageBox, AQuestionIsAnsweredByMouseAndByKeys)
     }
 }
 
-TEST(MessageBox, ItsTextIsNeverMarkup)
+TEST(MessageBox, ItsTextIsNeverMarkupAndItsButtonsSpeakTheProgramsLanguage)
 {
+    host::LoadTexts(KIVO_APP_FOLDER, "de");
     Ask(MessageKind::Error, [](QMessageBox& box) {
         EXPECT_EQ(box.textFormat(), Qt::PlainText);
         EXPECT_EQ(box.text(), QStringLiteral("<b>Rock & Roll</b>\nreally?"));
         EXPECT_EQ(box.windowTitle(), QStringLiteral("Title"));
         Click(box, QMessageBox::Ok);
     });
+    Ask(MessageKind::Question, [](QMessageBox& box) {
+        EXPECT_EQ(box.button(QMessageBox::Yes)->text(), QStringLiteral("Ja"));
+        EXPECT_EQ(box.button(QMessageBox::No)->text(), QStringLiteral("Nein"));
+        box.reject();
+    });
+}
+
+// A menu's entry asks, and the menu goes while the question stands.
+TEST(MessageBox, OutlivesTheMenuThatLedToIt)
+{
+    const Stage stage(Look(), {}, 420, 760);
+    auto* const menu = new QMenu(&stage.GetWindow());
+    menu->addAction(QStringLiteral("Ask"));
+    menu->popup(QPoint(20, 20));
+    QApplication::setActiveWindow(menu);
+    Stage::Turn(20);
+    menu->deleteLater();
+    const QPointer<QMenu> alive = menu;
+    EXPECT_TRUE(Ask(MessageKind::Question, [&alive](QMessageBox& box) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(alive, nullptr);
+        Click(box, QMessageBox::Yes);
+    }));
 }
 
 } // namespace
-} // namespace kivo::host
+} // namespace kivo::test

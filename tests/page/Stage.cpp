@@ -30,8 +30,11 @@
 #include <QAccessible>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QTest>
+#include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 #include <stdexcept>
 #include <utility>
 
@@ -308,6 +311,49 @@ void Stage::Turn(int milliseconds)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     } while (clock.elapsed() < milliseconds);
+}
+
+void Stage::Once(const std::function<bool()>& tryIt)
+{
+    auto* const timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, tryIt, left = 300]() mutable {
+        if (!tryIt() && --left > 0)
+            return;
+        timer->deleteLater();
+        if (left > 0)
+            return;
+        std::fputs("page: what was waited for never came\n", stderr);
+        QApplication::closeAllWindows(); // Lest what waits for an answer waits on.
+    });
+    timer->start(20);
+}
+
+void Stage::StartDrag(const QPoint& from, const QPoint& to, int stepMs) const
+{
+    QWidget& rows = *GetTree().viewport();
+    QWindow* const window = GetWindow().windowHandle();
+    const QPoint goal = rows.mapTo(&GetWindow(), to);
+    for (const int step : {1, 2, 3})
+        QTimer::singleShot(
+            stepMs * step, window, [=] { QTest::mouseMove(window, goal + QPoint(step, 0)); });
+    QTest::mousePress(&rows, Qt::LeftButton, {}, from);
+    for (const int way : {20, 40}) {
+        const QPointF place(from + QPoint(0, way));
+        QMouseEvent move(QEvent::MouseMove,
+                         place,
+                         rows.mapToGlobal(place),
+                         Qt::NoButton,
+                         Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&rows, &move);
+    }
+}
+
+void Stage::OpenMenuAt(const QPoint& place, QContextMenuEvent::Reason reason) const
+{
+    QWidget& rows = *GetTree().viewport();
+    QContextMenuEvent event(reason, place, rows.mapToGlobal(place));
+    QApplication::sendEvent(&rows, &event);
 }
 
 void Stage::CloseAllModal()

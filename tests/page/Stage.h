@@ -4,6 +4,7 @@
 #include "tests/support/TempFolder.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QTreeView>
 
 #include <functional>
@@ -64,6 +65,18 @@ public:
     // Turns the event loop until it is so. False: it wasn't within `milliseconds`.
     static bool WaitUntil(const std::function<bool()>& isSo, int milliseconds = 10000);
     static void Turn(int milliseconds); // Turns the event loop for that long.
+
+    // Does it as soon as it can be done, from inside whatever loop then runs: a menu or form waits
+    // in its own. False: it can't yet.
+    static void Once(const std::function<bool()>& tryIt);
+
+    // Presses the mouse on a row and drags it to a place of the tree's viewport, where it stays,
+    // `stepMs` for each of three steps. A drag of rows waits in a loop of its own.
+    void StartDrag(const QPoint& from, const QPoint& to, int stepMs) const;
+
+    // Of the tree's viewport.
+    void OpenMenuAt(const QPoint& place,
+                    QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse) const;
 
     // Ends whatever is modal: forms, menus, boxes.
     void CloseAllModal();

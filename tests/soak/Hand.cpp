@@ -4,7 +4,6 @@
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 
 #include <QAbstractButton>
-#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QScrollBar>
@@ -200,40 +199,23 @@ void Hand::RemoveRows()
     QTest::keyPress(&tree, Qt::Key_Delete);
 }
 
-// By the mouse; the drag waits in a loop of its own for what the timers do.
+// The drag waits in a loop of its own for what the timers do.
 void Hand::DragRows()
 {
     QWidget& rows = *stage_.GetTree().viewport();
-    const QPoint from = PickPlace();
-    const QPoint to = PickPlace();
     QWindow* const window = stage_.GetWindow().windowHandle();
+    const QPoint to = PickPlace();
     const QPoint goal = rows.mapTo(&stage_.GetWindow(), to);
-    for (const int step : {1, 2, 3})
-        QTimer::singleShot(
-            20 * step, window, [=] { QTest::mouseMove(window, goal + QPoint(step, 0)); });
     QTimer::singleShot(90, window, [=] { QTest::mouseRelease(window, Qt::LeftButton, {}, goal); });
     QTimer::singleShot(140, window, [=] { QTest::keyClick(window, Qt::Key_Escape); });
-    QTest::mousePress(&rows, Qt::LeftButton, {}, from);
-    for (const int way : {20, 40}) {
-        const QPointF place(from + QPoint(0, way));
-        QMouseEvent move(QEvent::MouseMove,
-                         place,
-                         rows.mapToGlobal(place),
-                         Qt::NoButton,
-                         Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(&rows, &move);
-    }
+    stage_.StartDrag(PickPlace(), to, /*stepMs=*/20);
     QTest::mouseRelease(&rows, Qt::LeftButton, {}, to);
 }
 
 // Whatever opens is ended by the watch that the driver keeps.
 void Hand::OpenMenu()
 {
-    const QPoint place = PickPlace();
-    QContextMenuEvent event(
-        QContextMenuEvent::Mouse, place, stage_.GetTree().viewport()->mapToGlobal(place));
-    QApplication::sendEvent(stage_.GetTree().viewport(), &event);
+    stage_.OpenMenuAt(PickPlace());
 }
 
 void Hand::PressButton()
