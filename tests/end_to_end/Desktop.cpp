@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <sstream>
 #include <system_error>
 #include <thread>
@@ -22,28 +21,6 @@ namespace kivo::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Quote(const std::string& text)
-{
-    std::string quoted = "'";
-    for (const char c : text)
-        quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    return quoted + "'";
-}
-
-std::string Run(const std::string& command)
-{
-    struct Close {
-        void operator()(FILE* stream) const { pclose(stream); }
-    };
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread
-    const std::unique_ptr<FILE, Close> stream(popen((command + " 2>/dev/null").c_str(), "r"));
-    std::string text;
-    std::array<char, 1024> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), stream.get()))
-        text.append(buffer.data(), count);
-    return text;
-}
 
 // All that whoever listens there says; empty: nobody does.
 std::string ReadSocket(const std::string& path)
@@ -253,19 +230,29 @@ void Desktop::Press(const std::string& keys) const
 
 void Desktop::Type(const std::string& text) const
 {
-    Do("type --delay 8 " + Quote(text));
+    Run({"xdotool", "type", "--delay", "8", text});
 }
 
 std::string Desktop::Do(const std::string& command) const
 {
-    return Run("DISPLAY=" + screen_.GetName() + " xdotool " + command);
+    std::vector<std::string> words{"xdotool"};
+    std::istringstream stream(command);
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return Run(words);
+}
+
+std::string Desktop::Run(const std::vector<std::string>& command) const
+{
+    Process process(command, {"DISPLAY=" + screen_.GetName(), "QT_QPA_PLATFORM=xcb"});
+    process.WaitForEnd();
+    return process.GetOutput();
 }
 
 QImage Desktop::TakePicture(const std::string& file) const
 {
     const std::string path = file.front() == '/' ? file : media_.GetPath(file);
-    Run("DISPLAY=" + screen_.GetName() + " QT_QPA_PLATFORM=xcb " KIVO_SCREEN_PICTURE " " +
-        Quote(path));
+    Run({KIVO_SCREEN_PICTURE, path});
     return QImage(QString::fromStdString(path));
 }
 

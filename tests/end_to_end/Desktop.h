@@ -61,13 +61,14 @@ public:
     void Drag(const Seen& from, int x, int y) const; // Onto that place of the screen.
     void Press(const std::string& keys) const; // As xdotool names them: "ctrl+Right", "F2 Return".
     void Type(const std::string& text) const;
-    std::string Do(const std::string& command) const; // xdotool's own words and answer.
+    std::string Do(const std::string& command) const; // xdotool's own words; its answer.
 
     QImage TakePicture(const std::string& file = "screen.png") const; // Null: there is none.
     [[nodiscard]] const MediaFolder& GetMedia() const { return media_; }
     [[nodiscard]] std::string ReadProfile(const std::string& file) const;
 
 private:
+    std::string Run(const std::vector<std::string>& command) const; // On the display; its output.
     [[nodiscard]] std::string GetSocket() const { return media_.GetPath("eyes"); }
     [[nodiscard]] std::optional<Seen> Peek(const std::string& kind, const std::string& name) const;
 

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "tests/support/Process.h"
 #include "tests/support/TempFolder.h"
-
-#include <sys/types.h>
 
 #include <string>
 #include <vector>
@@ -21,33 +20,27 @@ public:
 
     KivoRun(const std::vector<std::string>& arguments, const World& world);
     explicit KivoRun(const std::vector<std::string>& arguments);
-    KivoRun(const KivoRun&) = delete;
-    KivoRun& operator=(const KivoRun&) = delete;
-    ~KivoRun();
 
-    // True: it has said it, within `seconds`.
+    // True: it has said it in one line, within `seconds`.
     bool WaitFor(const std::string& text, int seconds = 20);
 
     // The exit status; -1: it still ran after `seconds`, or a signal ended it.
-    int WaitForEnd(int seconds = 60);
+    int WaitForEnd(int seconds = 60) { return process_.WaitForEnd(seconds * 1000); }
 
-    void Signal(int number) const;
-    [[nodiscard]] pid_t GetPid() const { return pid_; }
-    [[nodiscard]] const std::string& GetErrors() const { return errors_; }
+    void Signal(int number) const { process_.Signal(number); }
+    [[nodiscard]] pid_t GetPid() const { return process_.GetId(); }
+    [[nodiscard]] const std::string& GetErrors() const { return process_.GetOutput(); }
 
 private:
-    bool ReadMore(int milliseconds); // False: nothing came, or the stream has ended.
-
-    pid_t pid_ = -1;
-    int stream_ = -1;
-    bool hasEnded_ = false;
-    std::string errors_;
+    Process process_;
 };
 
-// Media made by FFmpeg into a folder of the test's own.
+// Media made by FFmpeg into a folder of the test's own. Options stand between blanks; the name's
+// ending says the kind. Each gives the path.
 class MediaFolder {
 public:
-    // `options` are those of the encoder; the name's ending says the kind. Gives the path.
+    std::string Encode(const std::string& name, const std::string& options) const;
+    // A tone, which the encoder gets `options` for; with a test picture.
     std::string
     Make(const std::string& name, double seconds, const std::string& options = "") const;
     std::string MakeVideo(const std::string& name, double seconds) const;

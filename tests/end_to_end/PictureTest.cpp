@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <cstdlib>
 
 namespace kivo::test {
@@ -60,29 +59,33 @@ void ExpectBars(const QImage& picture, const Clip& clip)
     }
 }
 
-void MakeClip(const std::string& path)
+std::string MakeClip(const MediaFolder& media)
 {
-    const std::string command =
-        "ffmpeg -loglevel error -y -f lavfi -i color=red:size=80x120:rate=25:duration=120 -f lavfi "
-        "-i color=blue:size=80x120:rate=25:duration=120 -filter_complex hstack -c:v libx264 "
-        "-preset ultrafast -pix_fmt yuv420p '" +
-        path + "'";
-    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe): one thread
+    return media.Encode("clip.mp4",
+                        "-f lavfi -i color=red:size=80x120:rate=25:duration=120 "
+                        "-f lavfi -i color=blue:size=80x120:rate=25:duration=120 "
+                        "-filter_complex hstack -c:v libx264 -preset ultrafast -pix_fmt yuv420p");
+}
+
+// The page as --screenshot shows it while the file plays.
+QImage TakeScreenshot(const MediaFolder& media, const std::string& file, const std::string& ratio)
+{
+    const std::string path = media.GetPath("form.png");
+    KivoRun run({"--profile", media.GetPath("p"), "--screenshot", path, file},
+                {"", {"QT_SCALE_FACTOR=" + ratio}, 0});
+    EXPECT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
+    return QImage(QString::fromStdString(path));
 }
 
 TEST(Picture, WithoutADisplayItStandsInThePageAtEachDensity)
 {
     const MediaFolder media;
-    const std::string file = media.GetPath("clip.mp4");
-    MakeClip(file);
+    const std::string file = MakeClip(media);
     int height = 0;
     for (const char* const ratio : {"1", "1.5", "2"}) {
         SCOPED_TRACE(ratio);
-        const std::string path = media.GetPath("form.png");
-        KivoRun run({"--profile", media.GetPath("p"), "--screenshot", path, file},
-                    {"", {std::string("QT_SCALE_FACTOR=") + ratio}, 0});
-        ASSERT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
-        const QImage picture(QString::fromStdString(path));
+        const QImage picture = TakeScreenshot(media, file, ratio);
+        EXPECT_EQ(picture.size(), QSize(340, 680) * std::atof(ratio));
         const Clip clip = FindClip(picture);
         ExpectShape(clip);
         ExpectBars(picture, clip);
@@ -92,21 +95,19 @@ TEST(Picture, WithoutADisplayItStandsInThePageAtEachDensity)
     }
 }
 
-// A cover picture is no video: the pane stays closed.
-TEST(Picture, ACoverIsNotShownAsAVideo)
+// A cover picture is no video: the pane stays closed. Of what can't play there is a picture too.
+TEST(Picture, IsTakenOfWhatShowsNoVideo)
 {
     const MediaFolder media;
-    const std::string song = media.GetPath("song.mp3");
-    const std::string command =
-        "ffmpeg -loglevel error -y -f lavfi -i sine=duration=60 -f lavfi -i "
-        "color=red:size=300x300:rate=1:duration=1 -map 0 -map 1 -frames:v 1 -c:v mjpeg "
-        "-disposition:v attached_pic '" +
-        song + "'";
-    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe): one thread
-    KivoRun run({"--profile", media.GetPath("p"), "--screenshot", media.GetPath("form.png"), song});
-    ASSERT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
-    const Clip clip = FindClip(QImage(QString::fromStdString(media.GetPath("form.png"))));
-    EXPECT_TRUE(clip.red.isEmpty());
+    media.Get().Write("text.mp3", "no music");
+    media.Encode("song.mp3",
+                 "-f lavfi -i sine=duration=60 -f lavfi -i color=red:size=300x300:duration=1 "
+                 "-map 0 -map 1 -frames:v 1 -c:v mjpeg -disposition:v attached_pic");
+    for (const char* const name : {"song.mp3", "text.mp3"}) {
+        const QImage picture = TakeScreenshot(media, media.GetPath(name), "1");
+        EXPECT_FALSE(picture.isNull());
+        EXPECT_TRUE(FindClip(picture).red.isEmpty());
+    }
 }
 
 class PictureOnX11 : public testing::Test {
@@ -115,7 +116,7 @@ protected:
     {
         if (!desktop_.IsUp())
             GTEST_SKIP() << "Xvfb, openbox or xdotool isn't installed";
-        MakeClip(file_);
+        file_ = MakeClip(desktop_.GetMedia());
     }
 
     // The clip on the screen, once `isRight` says so of it.
@@ -136,7 +137,7 @@ protected:
     }
 
     Desktop desktop_;
-    const std::string file_ = desktop_.GetMedia().GetPath("clip.mp4");
+    std::string file_;
     QImage picture_;
 };
 

@@ -5,9 +5,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <utility>
 
 namespace kivo::test {
 namespace {
@@ -106,47 +103,6 @@ TEST_F(RunTest, WhatCannotBeSavedIsNamed)
     EXPECT_EQ(run.WaitForEnd(20), 0);
     EXPECT_NE(run.GetErrors().find("playing.kvm could not be saved"), std::string::npos)
         << run.GetErrors();
-}
-
-// Width and height of a PNG file; zeros: it is none.
-std::pair<unsigned, unsigned> ReadPictureSize(const std::string& bytes)
-{
-    if (bytes.size() < 24 || bytes.compare(1, 3, "PNG") != 0)
-        return {0, 0};
-    const auto number = [&bytes](std::size_t at) {
-        unsigned value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value = value << 8U | static_cast<unsigned char>(bytes[at + i]);
-        return value;
-    };
-    return {number(16), number(20)};
-}
-
-TEST_F(RunTest, APictureOfTheFormIsTakenAndEndsTheRun)
-{
-    const std::string picture = media_.GetPath("form.png");
-    for (const char* const ratio : {"1", "2"}) {
-        SCOPED_TRACE(ratio);
-        KivoRun run({"--profile", GetProfile(), "--screenshot", picture, media_.Make("a.wav", 5)},
-                    {"", {std::string("QT_SCALE_FACTOR=") + ratio}, 0});
-        EXPECT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
-        const auto [width, height] = ReadPictureSize(media_.Get().Read("form.png"));
-        const auto scale = static_cast<unsigned>(*ratio - '0');
-        EXPECT_EQ(width, 340 * scale);
-        EXPECT_EQ(height, 680 * scale);
-    }
-}
-
-TEST_F(RunTest, APictureIsTakenOfWhatCannotPlayToo)
-{
-    media_.Get().Write("text.mp3", "no music");
-    KivoRun run({"--profile",
-                 GetProfile(),
-                 "--screenshot",
-                 media_.GetPath("form.png"),
-                 media_.GetPath("text.mp3")});
-    EXPECT_EQ(run.WaitForEnd(30), 0) << run.GetErrors();
-    EXPECT_NE(media_.Get().Read("form.png"), "");
 }
 
 // The program's tree in the build folder, copied, so that a plug-in can be spoilt.
