@@ -1,12 +1,7 @@
 #include "tests/player/BuiltPanel.h"
 
 #include "platform/base/TimerService.h"
-#include "shell/base/Settings.h"
-#include "shell/contracts/base/Beyond.h"
-#include "shell/contracts/common/Language.h"
 #include "shell/contracts/ui/SkinManager.h"
-
-#include <gtest/gtest.h>
 
 namespace kivo::test {
 
@@ -27,16 +22,10 @@ BuiltPanel::BuiltPanel()
 {
     TimerService::Get().SetClock([this] { return now_; });
     ui::CSkinManager::GetInstance()->IncludeBuildText(kBuildFile);
-    auto* const language = common::CMutiLanSupport::GetInstance();
-    language->AddText(u"STRID_TUNEHIVE_STATE_BUFFER", u"%d percent");
-    language->AddText(u"STRID_TUNEHIVE_STATE_TRANSITIONING", u"opening");
     manager.AddPlayer(&player);
     static_cast<void>(manager.GetPlayer(u"any")); // From here on it is the current one.
-    panel.reset(new tunehive::CPlayerPanel(&page));
-    panel->Build(nullptr);
-    panel->AttachPlayer();
+    Build();
     panel->SetBounds(0, 0, 10, 60); // As the page lays it out, without the state line.
-    tunehive::SetPlayMode(2);
 }
 
 BuiltPanel::~BuiltPanel()
@@ -44,10 +33,7 @@ BuiltPanel::~BuiltPanel()
     panel.reset();
     host.ReleasePosted();
     manager.Destroy();
-    ui::CSkinManager::GetInstance()->Clear();
-    common::CMutiLanSupport::GetInstance()->Clear();
     TimerService::Get().SetClock({});
-    SetBeyond(false);
 }
 
 void BuiltPanel::Report(int state)
@@ -55,13 +41,6 @@ void BuiltPanel::Report(int state)
     player.state = state;
     page.playState = state;
     manager.NotifyState(state);
-}
-
-void BuiltPanel::Press(const char16_t* id) const
-{
-    ui::CSkinObject* const control = panel->FindControlRecusive(id);
-    ASSERT_NE(control, nullptr);
-    control->FireEvent(ui::kControlEvent, nullptr);
 }
 
 void BuiltPanel::Pass(int milliseconds)
@@ -88,21 +67,6 @@ void BuiltPanel::PlayRow(int row, double seconds)
     page.mark = row;
     player.url = page.Current();
     Start(seconds);
-}
-
-bool BuiltPanel::IsShown(const char16_t* id) const
-{
-    return panel->FindControlRecusive(id)->IsSetVisible();
-}
-
-tunehive::CMediaSliderBar& BuiltPanel::Bar() const
-{
-    return dynamic_cast<tunehive::CMediaSliderBar&>(*panel->FindControlRecusive(u"ProcessBar"));
-}
-
-String BuiltPanel::GetStateLine() const
-{
-    return IsShown(u"StatePanel") ? panel->FindControlRecusive(u"StateLab")->GetText() : String();
 }
 
 TracksPanel::TracksPanel()

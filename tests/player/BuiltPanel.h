@@ -1,11 +1,7 @@
 #pragma once
 
 #include "player/MediaPlayerManager.h"
-#include "player/MediaSliderBar.h"
-#include "player/PlayerPanel.h"
-#include "shell/contracts/base/Released.h"
-#include "tests/support/FakeHost.h"
-#include "tests/support/FakePage.h"
+#include "tests/player/PanelView.h"
 #include "tests/support/ScriptedPlayer.h"
 #include "tests/support/TempFolder.h"
 
@@ -14,17 +10,14 @@
 
 namespace kivo::test {
 
-// The player's panel over a scripted player, listening, with a clock that the test turns. The page
-// is a list that the test writes. Mode 2, without what goes beyond.
-class BuiltPanel {
+// The panel over a scripted player, with a clock that the test turns. Mode 2, without what goes
+// beyond.
+class BuiltPanel : public PanelView {
 public:
     BuiltPanel();
-    BuiltPanel(const BuiltPanel&) = delete;
-    BuiltPanel& operator=(const BuiltPanel&) = delete;
     ~BuiltPanel();
 
-    void Report(int state); // As the control does.
-    void Press(const char16_t* id) const;
+    void Report(int state);      // As the control does.
     void Pass(int milliseconds); // One turn of the timers.
     void PassSeconds(int seconds);
 
@@ -32,15 +25,8 @@ public:
     void Start(double seconds);
     void PlayRow(int row, double seconds);
 
-    [[nodiscard]] bool IsShown(const char16_t* id) const;
-    [[nodiscard]] tunehive::CMediaSliderBar& Bar() const;
-    [[nodiscard]] String GetStateLine() const; // Empty: it isn't shown.
-
-    FakeHost host;
-    FakePage page;
     ScriptedPlayer player;
     tunehive::CMediaPlayerManager& manager = tunehive::CMediaPlayerManager::GetInstance();
-    Released<tunehive::CPlayerPanel> panel;
 
 private:
     std::int64_t now_ = 0;

@@ -5,6 +5,7 @@
 #include "player/SetURLTask.h"
 #include "shell/contracts/base/Released.h"
 #include "tests/support/ScriptedControl.h"
+#include "tests/support/ScriptedPlayer.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +28,6 @@ public:
     {
         const Released<ITuneHive_PlayerState> state(static_cast<ITuneHive_PlayerState*>(param));
         states.push_back(state->state);
-        params.push_back(param);
         if (leaves != nullptr)
             CMediaPlayerManager::GetInstance().RemoveListener(leaves->GetDelegate());
         if (ends)
@@ -36,7 +36,6 @@ public:
     [[nodiscard]] PlayerStateListener GetDelegate() { return {this, &Listener::OnState}; }
 
     std::vector<int> states;
-    std::vector<void*> params;
     Listener* leaves = nullptr;
     bool ends = false;
 };
@@ -63,100 +62,104 @@ TEST_F(ManagerTest, TheOneInstanceEndsWithDestroyAndComesAnew)
     EXPECT_EQ(control.liveCount, 0);
     EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr);
     EXPECT_EQ(CMediaPlayerManager::GetInstance().GetPlayer(u""), nullptr);
+    EXPECT_EQ(CMediaPlayerManager::GetInstance().GetPlayer(u"/a.mp3"), nullptr);
 }
 
-TEST_F(ManagerTest, TheFirstUrlMakesTheControlInTheParent)
+TEST_F(ManagerTest, TheFirstUrlMakesTheControlInTheParentAndTheBounds)
 {
     CWnd parent;
     manager->RegisterPlayers();
     manager->SetParentWnd(&parent);
+    manager->SetBounds(5, 6, 105, 56);
     EXPECT_EQ(manager->GetPlayer(u""), nullptr);
     EXPECT_EQ(control.madeCount, 0);
     IMediaPlayer* const player = manager->GetPlayer(u"/a.mp3");
     ASSERT_NE(player, nullptr);
     EXPECT_EQ(surface.parent, &parent);
+    EXPECT_TRUE(surface.visible);
+    EXPECT_EQ(surface.bounds, (Rect{0, 0, 100, 50}));
     EXPECT_EQ(manager->GetPlayer(u""), player);
     EXPECT_EQ(manager->GetPlayer(u"/b.mp3"), player);
     EXPECT_EQ(control.madeCount, 1);
-}
-
-TEST_F(ManagerTest, ATakenPlayerIsShownInTheStoredBounds)
-{
-    manager->RegisterPlayers();
-    manager->SetBounds(5, 6, 105, 56);
-    static_cast<void>(manager->GetPlayer(u"/a.mp3"));
-    EXPECT_TRUE(surface.visible);
-    EXPECT_EQ(surface.bounds, (Rect{0, 0, 100, 50}));
     manager->SetBounds(0, 0, 20, 10);
     EXPECT_EQ(surface.bounds, (Rect{0, 0, 20, 10}));
 }
 
-TEST_F(ManagerTest, WithoutAnEngineThereIsNoPlayer)
+TEST_F(ManagerTest, ThePlayerIsTheFirstById)
 {
-    manager->RegisterPlayers();
-    control.canBeMade = false;
-    EXPECT_EQ(manager->GetPlayer(u"/a.mp3"), nullptr);
-    EXPECT_EQ(manager->GetPlayer(u""), nullptr);
-    control.canBeMade = true;
-    EXPECT_NE(manager->GetPlayer(u"/a.mp3"), nullptr);
+    struct Row {
+        const char* name;
+        bool canPlay; // The first of two,
+        int canBegin;
+        bool canOther; // and the second.
+        int taken;     // By id; 0: none.
+    };
+    ScriptedPlayer first;
+    ScriptedPlayer second;
+    second.id = 2;
+    manager->AddPlayer(&second);
+    manager->AddPlayer(&first);
+    manager->SetBounds(1, 2, 3, 4);
+    for (const Row& row : {
+             Row{"that plays it",             true,  1, true,  1},
+             Row{"else the next",             false, 1, true,  2},
+             Row{"that begins",               true,  0, true,  2},
+             Row{"none",                      false, 1, false, 0},
+             Row{"which may be another time", true,  1, false, 1},
+    }) {
+        SCOPED_TRACE(row.name);
+        first.canPlay = row.canPlay;
+        first.canBegin = row.canBegin;
+        first.inited = row.canBegin;
+        second.canPlay = row.canOther;
+        IMediaPlayer* const player = manager->GetPlayer(u"/a.mp3");
+        EXPECT_EQ(player != nullptr ? player->GetPlayerId() : 0, row.taken);
+        EXPECT_EQ(manager->GetPlayer(u""), player);
+    }
+    EXPECT_EQ(first.shown, 1);
+    EXPECT_EQ(first.bounds, (Rect{1, 2, 3, 4}));
+    static_cast<void>(manager->GetPlayer(u"/a.mp3"));
+    EXPECT_EQ(first.shown, 1);
+    first.canPlay = false;
+    second.canPlay = true;
+    static_cast<void>(manager->GetPlayer(u"/b.mp3"));
+    EXPECT_EQ(first.shown, 0) << "It hides for the other.";
 }
 
-TEST_F(ManagerTest, WithoutPlayersThereIsNone)
-{
-    EXPECT_EQ(manager->GetPlayer(u"/a.mp3"), nullptr);
-}
-
-TEST_F(ManagerTest, ListenersHearInOrderEachWithAStateOfItsOwn)
+TEST_F(ManagerTest, ListenersHearTheControlInOrderEachWithAStateOfItsOwn)
 {
     Listener first;
     Listener second;
-    manager->AddListener(first.GetDelegate());
-    manager->AddListener(second.GetDelegate());
-    manager->AddListener(first.GetDelegate());
-    manager->AddListener({});
-    manager->NotifyState(9);
-    EXPECT_EQ(first.states, std::vector<int>{9});
-    EXPECT_EQ(second.states, std::vector<int>{9});
-    manager->RemoveListener(first.GetDelegate());
-    manager->RemoveListener(first.GetDelegate());
-    manager->NotifyState(3);
-    EXPECT_EQ(first.states.size(), 1U);
-    EXPECT_EQ(second.states, (std::vector<int>{9, 3}));
-}
-
-TEST_F(ManagerTest, AListenerThatIsTakenOffMeanwhileIsNotCalled)
-{
-    Listener first;
-    Listener second;
-    first.leaves = &second;
-    manager->AddListener(first.GetDelegate());
-    manager->AddListener(second.GetDelegate());
-    manager->NotifyState(8);
-    EXPECT_EQ(first.states.size(), 1U);
-    EXPECT_TRUE(second.states.empty());
-}
-
-TEST_F(ManagerTest, TheManagerMayEndInsideAListener)
-{
-    Listener first;
-    Listener second;
-    first.ends = true;
-    manager->AddListener(first.GetDelegate());
-    manager->AddListener(second.GetDelegate());
-    manager->NotifyState(8);
-    EXPECT_TRUE(second.states.empty());
-    EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr);
-}
-
-TEST_F(ManagerTest, AStateOfTheControlReachesTheListeners)
-{
-    Listener listener;
-    manager->AddListener(listener.GetDelegate());
+    for (const auto& listener :
+         {first.GetDelegate(), second.GetDelegate(), first.GetDelegate(), {}})
+        manager->AddListener(listener);
     manager->RegisterPlayers();
     static_cast<void>(manager->GetPlayer(u"/a.mp3"));
     control.Emit(9);
+    EXPECT_EQ(first.states, std::vector<int>{9});
+    manager->RemoveListener(first.GetDelegate());
+    manager->RemoveListener(first.GetDelegate());
     control.Emit(7);
-    EXPECT_EQ(listener.states, (std::vector<int>{9, 7}));
+    EXPECT_EQ(first.states, std::vector<int>{9});
+    EXPECT_EQ(second.states, (std::vector<int>{9, 7}));
+}
+
+TEST_F(ManagerTest, InsideAListenerAnotherMayLeaveAndTheManagerEnd)
+{
+    for (const bool ends : {false, true}) {
+        Listener first;
+        Listener second;
+        first.leaves = ends ? nullptr : &second;
+        first.ends = ends;
+        manager->AddListener(first.GetDelegate());
+        manager->AddListener(second.GetDelegate());
+        manager->NotifyState(8);
+        EXPECT_EQ(first.states.size(), 1U);
+        EXPECT_TRUE(second.states.empty());
+        if (!ends)
+            manager->RemoveListener(first.GetDelegate());
+    }
+    EXPECT_EQ(CMediaPlayerManager::FindInstance(), nullptr);
 }
 
 // The task as the host runs it.

@@ -2,9 +2,7 @@
 
 #include "player/IMediaPlayer.h"
 #include "player/PlayerState.h"
-#include "shell/base/Settings.h"
 #include "shell/contracts/base/Beyond.h"
-#include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "tests/platform/engine/EngineRun.h"
@@ -32,30 +30,22 @@ PanelRun::PanelRun(const MediaEngineSettings& settings)
 {
     SetBeyond(true);
     ui::CSkinManager::GetInstance()->IncludeSkinBuildFile(u"" KIVO_DATA_DIR "/build.xml");
-    common::CMutiLanSupport::GetInstance()->AddText(u"STRID_TUNEHIVE_STATE_BUFFER", u"%d percent");
-    common::CMutiLanSupport::GetInstance()->AddText(u"STRID_TUNEHIVE_STATE_TRANSITIONING", u"...");
     SetMediaEngineFactory([settings] { return Engine::Make(settings); });
     auto& manager = tunehive::CMediaPlayerManager::GetInstance();
     manager.RegisterPlayers();
-    panel_.reset(new tunehive::CPlayerPanel(&page));
-    panel_->Build(nullptr);
-    panel_->AttachPlayer();
+    Build();
     manager.AddListener({this, &PanelRun::OnState});
-    tunehive::SetPlayMode(2);
 }
 
 PanelRun::~PanelRun()
 {
     Unload();
     SetMediaEngineFactory({});
-    ui::CSkinManager::GetInstance()->Clear();
-    common::CMutiLanSupport::GetInstance()->Clear();
-    SetBeyond(false);
 }
 
 void PanelRun::Unload()
 {
-    panel_.reset();
+    panel.reset();
     if (auto* manager = tunehive::CMediaPlayerManager::FindInstance())
         manager->Destroy();
     host.ReleasePosted();
@@ -69,11 +59,6 @@ void PanelRun::AddFile(const std::string& name)
 void PanelRun::Add(const std::string& url)
 {
     page.rows.push_back(common::PathToText(url));
-}
-
-void PanelRun::Press(const char16_t* button)
-{
-    panel_->FindControlRecusive(button)->FireEvent(ui::kControlEvent, nullptr);
 }
 
 bool PanelRun::RunUntil(const std::function<bool()>& isDone, int milliseconds)
@@ -125,21 +110,6 @@ std::string PanelRun::GetTrace() const
 std::string PanelRun::GetStarted() const
 {
     return JoinNumbers(started_);
-}
-
-bool PanelRun::IsShown(const char16_t* id) const
-{
-    return panel_->FindControlRecusive(id)->IsSetVisible();
-}
-
-String PanelRun::GetStateLine() const
-{
-    return IsShown(u"StatePanel") ? panel_->FindControlRecusive(u"StateLab")->GetText() : String();
-}
-
-tunehive::CMediaSliderBar& PanelRun::Bar() const
-{
-    return dynamic_cast<tunehive::CMediaSliderBar&>(*panel_->FindControlRecusive(u"ProcessBar"));
 }
 
 tunehive::IMediaPlayer& PanelRun::Player() const

@@ -1,13 +1,9 @@
 #pragma once
 
 #include "player/MediaPlayerManager.h"
-#include "player/MediaSliderBar.h"
-#include "player/PlayerPanel.h"
-#include "shell/contracts/base/Released.h"
 #include "shell/contracts/control/MediaEngineSettings.h"
 #include "tests/platform/engine/EngineRun.h"
-#include "tests/support/FakeHost.h"
-#include "tests/support/FakePage.h"
+#include "tests/player/PanelView.h"
 
 #include <functional>
 #include <string>
@@ -15,20 +11,17 @@
 
 namespace kivo::test {
 
-// The player's panel over the real engine, without a window or a tree, and with a sound device only
-// if the settings say so: the page is a list that a test writes, the build file is the program's.
-class PanelRun {
+// The panel over the real engine, without a window or a tree, and with a sound device only if the
+// settings say so. The build file is the program's.
+class PanelRun : public PanelView {
 public:
     explicit PanelRun(const MediaEngineSettings& settings = EngineRun::Silent());
-    PanelRun(const PanelRun&) = delete;
-    PanelRun& operator=(const PanelRun&) = delete;
     ~PanelRun();
 
     // Of the files that make_media.sh made; or any other path or address.
     void AddFile(const std::string& name);
     void Add(const std::string& url);
 
-    void Press(const char16_t* button);
     void Unload(); // The panel first, then the players, as the program does.
 
     // Runs the event loop and what is posted to the host; false: the time is over.
@@ -40,14 +33,7 @@ public:
 
     [[nodiscard]] std::string GetTrace() const;   // What the engine reported, as "9 3 8".
     [[nodiscard]] std::string GetStarted() const; // The rows that started, as "0 1 2".
-    [[nodiscard]] bool IsShown(const char16_t* id) const;
-    [[nodiscard]] String GetStateLine() const; // Empty: it isn't shown.
-    [[nodiscard]] tunehive::CMediaSliderBar& Bar() const;
     [[nodiscard]] tunehive::IMediaPlayer& Player() const;
-    [[nodiscard]] tunehive::CPlayerPanel& Panel() const { return *panel_; }
-
-    FakeHost host;
-    FakePage page;
 
 private:
     void OnState(tunehive::ITuneHive_AsyncCallbackParam* param);
@@ -55,7 +41,6 @@ private:
     std::vector<int> states_;
     std::vector<int> started_; // Rows.
     bool isOpening_ = false;
-    Released<tunehive::CPlayerPanel> panel_;
 };
 
 } // namespace kivo::test

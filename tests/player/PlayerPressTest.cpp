@@ -1,4 +1,4 @@
-// The buttons of CPlayerPanel, other hands on the player, and the sign.
+// The buttons of CPlayerPanel, and other hands on the player.
 
 #include "platform/base/TimerService.h"
 #include "shell/base/Settings.h"
@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kivo::test {
@@ -135,48 +136,6 @@ TEST_F(PlayerPressTest, TheWheelOverTheVolumeButtonTurnsTheVolume)
     button.SetEnabled(0);
     EXPECT_FALSE(button.OnPeerWheel(120));
     EXPECT_EQ(player.volume, 0);
-}
-
-TEST_F(PlayerPressTest, TheSignFollowsTheSetting)
-{
-    struct Row {
-        int state; // That is reported; 0: none.
-        int isAllowed;
-        std::size_t signs;
-    };
-    host.showsMediaState = 0;
-    PlayRow(0, 100);
-    // Paused it doesn't come back before the next start.
-    for (const Row& row : {
-             Row{0, 0, 0},
-             {0, 1, 1},
-             {0, 1, 1},
-             {0, 0, 0},
-             {2, 1, 0},
-             {3, 1, 1},
-             {1, 1, 0}
-    }) {
-        SCOPED_TRACE(row.state);
-        if (row.state != 0)
-            Report(row.state);
-        host.showsMediaState = row.isAllowed;
-        host.ChangeSetting(u"usign_setting");
-        EXPECT_EQ(host.signs.size(), row.signs);
-    }
-}
-
-TEST_F(PlayerPressTest, TheSignTellsKindAndTheStoredName)
-{
-    page.currentName = u"my name for it";
-    for (const bool isFilm : {false, true}) {
-        player.width = isFilm ? 64 : 0;
-        player.height = player.width;
-        PlayRow(0, 100);
-        ASSERT_EQ(host.signs.size(), 1U);
-        EXPECT_EQ(host.signs[0].kind, isFilm ? u"video" : u"music");
-        EXPECT_EQ(host.signs[0].title, u"my name for it");
-        Report(1);
-    }
 }
 
 TEST_F(PlayerPressTest, BeyondPlayWithoutAMarkDoesWhatANewcomerMeans)

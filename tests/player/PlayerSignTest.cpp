@@ -1,47 +1,30 @@
 #include "medialib/IMediaLibManager.h"
-#include "player/MediaPlayerManager.h"
-#include "player/PlayerPanel.h"
-#include "shell/contracts/base/Released.h"
-#include "tests/support/FakeHost.h"
-#include "tests/support/FakePage.h"
-#include "tests/support/ScriptedPlayer.h"
+#include "tests/player/BuiltPanel.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
-namespace kivo::tunehive {
+namespace kivo::test {
 
 namespace {
 
+using tunehive::GetMediaLibManager;
+using tunehive::MediaInfo;
+
 constexpr char16_t kStream[] = u"http://radio.example/live";
 
-// A panel that has not been built, with a page on which one track is current.
-class PlayerSignTest : public testing::Test {
+// A page on which one track is current, and a library.
+class PlayerSignTest : public testing::Test, public BuiltPanel {
 public:
     PlayerSignTest()
     {
-        page_.rows = {kStream};
-        page_.mark = 0;
-        manager_.AddPlayer(&player_);
-        static_cast<void>(manager_.GetPlayer(kStream)); // From here on it is the current one.
-        GetMediaLibManager()->Initialize(folder_.GetPath());
-        panel_.reset(new CPlayerPanel(&page_));
+        page.rows = {kStream};
+        page.mark = 0;
+        GetMediaLibManager()->Initialize(folder.GetPath());
     }
-    ~PlayerSignTest() override
-    {
-        panel_.reset();
-        manager_.Destroy();
-        DestroyMediaLibManager();
-        host_.ReleasePosted();
-    }
+    ~PlayerSignTest() override { tunehive::DestroyMediaLibManager(); }
 
-protected:
-    test::FakeHost host_;
-    test::TempFolder folder_;
-    test::FakePage page_;
-    test::ScriptedPlayer player_;
-    CMediaPlayerManager& manager_ = CMediaPlayerManager::GetInstance();
-    Released<CPlayerPanel> panel_;
+    TempFolder folder;
 };
 
 struct SignCase {
@@ -69,48 +52,49 @@ TEST_F(PlayerSignTest, IsTheRecordOfTheTrackThatPlays)
 {
     for (const SignCase& row : kSigns) {
         SCOPED_TRACE(row.name);
-        page_.currentName = row.storedName;
-        player_.width = row.width;
-        player_.height = row.height;
+        page.currentName = row.storedName;
+        player.width = row.width;
+        player.height = row.height;
         const MediaInfo info{
-            {kInfoTitle,  row.title },
-            {kInfoArtist, row.artist},
+            {tunehive::kInfoTitle,  row.title },
+            {tunehive::kInfoArtist, row.artist},
         };
-        GetMediaLibManager()->UpdateMediaInfo(kStream, info, static_cast<int>(NotifyMode::None));
-        panel_->PublishSign();
-        ASSERT_EQ(host_.signs.size(), 1U);
-        const test::FakeHost::Sign& sign = host_.signs[0];
+        GetMediaLibManager()->UpdateMediaInfo(
+            kStream, info, static_cast<int>(tunehive::NotifyMode::None));
+        panel->PublishSign();
+        ASSERT_EQ(host.signs.size(), 1U);
+        const FakeHost::Sign& sign = host.signs[0];
         EXPECT_EQ(sign.kind, row.kind);
         EXPECT_EQ(sign.title, row.shown);
         EXPECT_EQ(sign.record.GetText(0), kStream);
         EXPECT_EQ(sign.record.GetText(1), row.shown);
-        panel_->RemoveSign();
-        EXPECT_TRUE(host_.signs.empty());
+        panel->RemoveSign();
+        EXPECT_TRUE(host.signs.empty());
     }
 }
 
 TEST_F(PlayerSignTest, GoesOutOnceAndComesDownOnce)
 {
-    panel_->RemoveSign();
-    panel_->PublishSign();
-    panel_->PublishSign();
-    panel_->RemoveSign();
-    panel_->RemoveSign();
-    EXPECT_EQ(host_.CountCalls("_KivoAPI_PluginSetStateSign"), 1U);
-    EXPECT_EQ(host_.CountCalls("_KivoAPI_PluginRemoveStateSign"), 1U);
+    panel->RemoveSign();
+    panel->PublishSign();
+    panel->PublishSign();
+    panel->RemoveSign();
+    panel->RemoveSign();
+    EXPECT_EQ(host.CountCalls("_KivoAPI_PluginSetStateSign"), 1U);
+    EXPECT_EQ(host.CountCalls("_KivoAPI_PluginRemoveStateSign"), 1U);
 }
 
 TEST_F(PlayerSignTest, FollowsTheSettingWhileItPlays)
 {
     const auto set = [this](int shows, int playState, const String& key = u"usign_setting") {
-        host_.showsMediaState = shows;
-        page_.playState = playState;
-        host_.ChangeSetting(key);
-        return host_.signs.size();
+        host.showsMediaState = shows;
+        page.playState = playState;
+        host.ChangeSetting(key);
+        return host.signs.size();
     };
-    host_.showsMediaState = 0;
-    panel_->PublishSign();
-    EXPECT_TRUE(host_.signs.empty());
+    host.showsMediaState = 0;
+    panel->PublishSign();
+    EXPECT_TRUE(host.signs.empty());
     EXPECT_EQ(set(1, 3, u"another"), 0U);
     EXPECT_EQ(set(1, 3), 1U);
     EXPECT_EQ(set(0, 3), 0U);
@@ -121,4 +105,4 @@ TEST_F(PlayerSignTest, FollowsTheSettingWhileItPlays)
 
 } // namespace
 
-} // namespace kivo::tunehive
+} // namespace kivo::test

@@ -136,38 +136,14 @@ constexpr Answer kRtspRadio = {.url = u"rtsp://127.0.0.1/a", .duration = 0};
 
 using Given = bool (*)(const Road&);
 
-bool Always(const Road& /*road*/)
-{
-    return true;
-}
-bool Fresh(const Road& road)
-{
-    return road.IsFresh();
-}
-bool FreshInTransition(const Road& road)
-{
-    return road.IsFresh() && road.isTransition;
-}
-bool FreshAfterBuffering(const Road& road)
-{
-    return road.IsFresh() && !road.isTransition;
-}
-bool GoesOn(const Road& road)
-{
-    return !road.IsFresh() && road.hasLength;
-}
-bool GoesOnWithoutLength(const Road& road)
-{
-    return !road.IsFresh() && !road.hasLength;
-}
-bool Buffers(const Road& road)
-{
-    return road.look.at("timer") == "buffering";
-}
-bool BuffersNot(const Road& road)
-{
-    return !Buffers(road);
-}
+constexpr Given kAlways = [](const Road& /*road*/) { return true; };
+constexpr Given kFresh = [](const Road& road) { return road.IsFresh(); };
+constexpr Given kFreshUnbuffered = [](const Road& r) { return r.IsFresh() && r.isTransition; };
+constexpr Given kFreshBuffered = [](const Road& r) { return r.IsFresh() && !r.isTransition; };
+constexpr Given kGoesOn = [](const Road& r) { return !r.IsFresh() && r.hasLength; };
+constexpr Given kGoesOnEndless = [](const Road& r) { return !r.IsFresh() && !r.hasLength; };
+constexpr Given kBuffers = [](const Road& r) { return r.look.at("timer") == "buffering"; };
+constexpr Given kBuffersNot = [](const Road& road) { return !kBuffers(road); };
 
 struct Claim {
     const char* name;
@@ -189,42 +165,42 @@ const std::map<std::string, std::string> kOutcomes = {
 constexpr int kLargest = std::numeric_limits<int>::max();
 
 const Claim kClaims[] = {
-    {"AStartTakesTheLength",                3,        Fresh,               kSong,               "starts counted"                    },
-    {"LessThanASecondIsALength",            3,        Fresh,               kMoment,             "starts uncounted timer=seconds"    },
-    {"AFileWithoutALengthIsStopped",        3,        Fresh,               kNoLength,           "button=pause resets"               },
-    {"AnUnknownLengthIsNone",               3,        Fresh,               kUnknownLength,      "button=pause resets"               },
-    {"AWebRadioThatNeverBufferedIsStopped", 3,        Fresh,               kRadio,              "button=pause resets"               },
-    {"AStreamsSchemeIsInSmallLetters",      3,        Fresh,               kLoudMmsRadio,       "button=pause resets"               },
-    {"AnMmsStreamPlaysUncounted",           3,        Fresh,               kMmsRadio,           "starts uncounted"                  },
-    {"AnRtspStreamPlaysUncounted",          3,        Fresh,               kRtspRadio,          "starts uncounted"                  },
-    {"AnOpenPaneTurnsToSound",              3,        Fresh,               kSongBesidePane,     "starts counted pane-modes=3"       },
-    {"AFilesPictureOpensThePane",           3,        Fresh,               kFilm,               "starts counted pane-modes=4"       },
-    {"AnOpenPaneTurnsToThePictureToo",      3,        Fresh,               kFilmInPane,         "starts counted pane-modes=3,4"     },
-    {"APictureWithoutAHeightIsNone",        3,        Fresh,               kFlatFilm,           "starts counted"                    },
-    {"AStreamsPictureWaitsForBuffering",    3,        FreshInTransition,   kMmsFilm,            "starts counted"                    },
-    {"AndComesAfterIt",                     3,        FreshAfterBuffering, kMmsFilm,            "starts counted pane-modes=4"       },
-    {"WhatGoesOnKeepsItsLength",            3,        GoesOn,              kOtherLength,        "starts timer=seconds"              },
-    {"WhatGoesOnMayHaveNoLengthNow",        3,        GoesOn,              kRadio,              "starts timer=seconds"              },
-    {"WhatGoesOnShowsItsPicture",           3,        GoesOn,              kFilm,               "starts timer=seconds pane-modes=4" },
-    {"WithoutALengthNothingIsCounted",      3,        GoesOnWithoutLength, kOtherLength,        "starts timer=none"                 },
-    {"APauseEndsTheCounting",               2,        BuffersNot,          kSong,               "button=play paused=1 timer=none"   },
-    {"APauseLeavesTheBufferingTimer",       2,        Buffers,             kSong,               "button=play paused=1"              },
-    {"AnEndWithoutANextRests",              8,        Always,              kSong,               "ends"                              },
-    {"AnEndPostsTheNext",                   8,        Always,              kSongBeforeNext,     "ends posted=1"                     },
-    {"BufferingCountsOnlyItsProgress",      6,        Always,              kRadio,              "timer=buffering"                   },
-    {"ATransitionOfAFileShowsNothing",      9,        Always,              kSong,               ""                                  },
-    {"ATransitionOfAnAddressIsTold",        9,        Always,              kRadio,              "line=opening height=82"            },
-    {"ReadyWithAFileIsNothing",             10,       Always,              kSongBeforeNext,     ""                                  },
-    {"ReadyWithAnAddressEndsTheLine",       10,       Always,              kRadioBeforeNext,    "line= height=60"                   },
-    {"ReadyWithoutTheFilePostsTheNext",     10,       Always,              kGoneFileBeforeNext, "posted=1"                          },
-    {"ReadyWithoutFileOrNextIsNothing",     10,       Always,              kGoneFile,           ""                                  },
-    {"AStopTakesSignAndPauseBack",          1,        Always,              kSong,               "line= height=60 sign=down paused=0"},
-    {"NoStateIsNothing",                    0,        Always,              kSong,               ""                                  },
-    {"ScanningIsNothing",                   4,        Always,              kSong,               ""                                  },
-    {"WaitingIsNothing",                    7,        Always,              kRadio,              ""                                  },
-    {"ReconnectingIsNothing",               11,       Always,              kRadio,              ""                                  },
-    {"ANegativeStateIsNothing",             -1,       Always,              kSong,               ""                                  },
-    {"TheLargestStateIsNothing",            kLargest, Always,              kSong,               ""                                  },
+    {"AStartTakesTheLength",                3,        kFresh,           kSong,               "starts counted"                    },
+    {"LessThanASecondIsALength",            3,        kFresh,           kMoment,             "starts uncounted timer=seconds"    },
+    {"AFileWithoutALengthIsStopped",        3,        kFresh,           kNoLength,           "button=pause resets"               },
+    {"AnUnknownLengthIsNone",               3,        kFresh,           kUnknownLength,      "button=pause resets"               },
+    {"AWebRadioThatNeverBufferedIsStopped", 3,        kFresh,           kRadio,              "button=pause resets"               },
+    {"AStreamsSchemeIsInSmallLetters",      3,        kFresh,           kLoudMmsRadio,       "button=pause resets"               },
+    {"AnMmsStreamPlaysUncounted",           3,        kFresh,           kMmsRadio,           "starts uncounted"                  },
+    {"AnRtspStreamPlaysUncounted",          3,        kFresh,           kRtspRadio,          "starts uncounted"                  },
+    {"AnOpenPaneTurnsToSound",              3,        kFresh,           kSongBesidePane,     "starts counted pane-modes=3"       },
+    {"AFilesPictureOpensThePane",           3,        kFresh,           kFilm,               "starts counted pane-modes=4"       },
+    {"AnOpenPaneTurnsToThePictureToo",      3,        kFresh,           kFilmInPane,         "starts counted pane-modes=3,4"     },
+    {"APictureWithoutAHeightIsNone",        3,        kFresh,           kFlatFilm,           "starts counted"                    },
+    {"AStreamsPictureWaitsForBuffering",    3,        kFreshUnbuffered, kMmsFilm,            "starts counted"                    },
+    {"AndComesAfterIt",                     3,        kFreshBuffered,   kMmsFilm,            "starts counted pane-modes=4"       },
+    {"WhatGoesOnKeepsItsLength",            3,        kGoesOn,          kOtherLength,        "starts timer=seconds"              },
+    {"WhatGoesOnMayHaveNoLengthNow",        3,        kGoesOn,          kRadio,              "starts timer=seconds"              },
+    {"WhatGoesOnShowsItsPicture",           3,        kGoesOn,          kFilm,               "starts timer=seconds pane-modes=4" },
+    {"WithoutALengthNothingIsCounted",      3,        kGoesOnEndless,   kOtherLength,        "starts timer=none"                 },
+    {"APauseEndsTheCounting",               2,        kBuffersNot,      kSong,               "button=play paused=1 timer=none"   },
+    {"APauseLeavesTheBufferingTimer",       2,        kBuffers,         kSong,               "button=play paused=1"              },
+    {"AnEndWithoutANextRests",              8,        kAlways,          kSong,               "ends"                              },
+    {"AnEndPostsTheNext",                   8,        kAlways,          kSongBeforeNext,     "ends posted=1"                     },
+    {"BufferingCountsOnlyItsProgress",      6,        kAlways,          kRadio,              "timer=buffering"                   },
+    {"ATransitionOfAFileShowsNothing",      9,        kAlways,          kSong,               ""                                  },
+    {"ATransitionOfAnAddressIsTold",        9,        kAlways,          kRadio,              "line=opening height=82"            },
+    {"ReadyWithAFileIsNothing",             10,       kAlways,          kSongBeforeNext,     ""                                  },
+    {"ReadyWithAnAddressEndsTheLine",       10,       kAlways,          kRadioBeforeNext,    "line= height=60"                   },
+    {"ReadyWithoutTheFilePostsTheNext",     10,       kAlways,          kGoneFileBeforeNext, "posted=1"                          },
+    {"ReadyWithoutFileOrNextIsNothing",     10,       kAlways,          kGoneFile,           ""                                  },
+    {"AStopTakesSignAndPauseBack",          1,        kAlways,          kSong,               "line= height=60 sign=down paused=0"},
+    {"NoStateIsNothing",                    0,        kAlways,          kSong,               ""                                  },
+    {"ScanningIsNothing",                   4,        kAlways,          kSong,               ""                                  },
+    {"WaitingIsNothing",                    7,        kAlways,          kRadio,              ""                                  },
+    {"ReconnectingIsNothing",               11,       kAlways,          kRadio,              ""                                  },
+    {"ANegativeStateIsNothing",             -1,       kAlways,          kSong,               ""                                  },
+    {"TheLargestStateIsNothing",            kLargest, kAlways,          kSong,               ""                                  },
 };
 
 // "outcome aspect=value …" as a look.

@@ -43,17 +43,12 @@ public:
     int isCreated = 0;
 };
 
-TEST_F(VolFormTest, IsBuiltWithItsRange)
+TEST_F(VolFormTest, IsBuiltHiddenAndOpensOnThePlayersVolumeOnceThereIsOne)
 {
     EXPECT_EQ(isCreated, 1);
     EXPECT_FALSE(form->IsWindowVisible());
     EXPECT_EQ(Slider().GetMinimum(), 0);
     EXPECT_EQ(Slider().GetMaximum(), 100);
-    EXPECT_EQ(Slider().GetPosition(), 0);
-}
-
-TEST_F(VolFormTest, OpensOnThePlayersVolumeOnceThereIsOne)
-{
     control.volume = 35;
     Activate(true);
     EXPECT_EQ(Slider().GetPosition(), 0);

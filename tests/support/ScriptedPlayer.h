@@ -12,11 +12,7 @@ namespace kivo::test {
 // A player whose answers a test sets, and which notes what it was asked to do.
 class ScriptedPlayer final : public tunehive::IMediaPlayer {
 public:
-    int Init(CWnd* /*parent*/) override
-    {
-        inited = 1;
-        return 1;
-    }
+    int Init(CWnd* /*parent*/) override { return inited = canBegin; }
     void Release() override {} // It belongs to the test.
     int IsInited() override { return inited; }
     bool IsCreated() override { return inited != 0; }
@@ -57,16 +53,24 @@ public:
     int GetImageWidth() override { return width; }
     int GetImageHeight() override { return height; }
     void SetStretchToFit(bool /*on*/) override {}
-    bool CanPlay(String /*address*/) override { return true; }
-    void SetBounds(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
-    int GetPlayerId() override { return 1; }
+    bool CanPlay(String /*address*/) override { return canPlay; }
+    void SetBounds(int left, int top, int right, int bottom) override
+    {
+        bounds = {left, top, right, bottom};
+    }
+    int GetPlayerId() override { return id; }
     void SetManager(tunehive::CMediaPlayerManager* /*manager*/) override {}
-    void Show(int /*command*/) override {}
+    void Show(int command) override { shown = command; }
 
     // What was called since the last time.
     std::vector<String> TakeCalls() { return std::exchange(calls, {}); }
 
+    int id = 1;
+    int canBegin = 1;
+    bool canPlay = true;
     int inited = 1;
+    int shown = -1; // The last command to show; -1: none.
+    Rect bounds;
     String url;
     double duration = 0.0;
     double position = 0.0;
