@@ -74,11 +74,9 @@ public:
             Step();
             RunFor(static_cast<int>(random_() % 60));
         }
-        const Item& item = kItems[random_() % std::size(kItems)];
-        current_ = &item;
-        run_.SetFile(item.file);
-        const int last = item.state;
-        EXPECT_TRUE(run_.RunToState(last, 5'000)) << item.file << ": " << run_.GetTrace();
+        Set();
+        EXPECT_TRUE(run_.RunToState(current_->state, 5'000))
+            << current_->file << ": " << run_.GetTrace();
         run_.Get().Stop();
         run_.Clear();
     }
@@ -103,19 +101,22 @@ private:
         {"gone.mp3",     0,    false, 10},
     };
 
+    void Set()
+    {
+        current_ = &kItems[random_() % std::size(kItems)];
+        run_.SetFile(current_->file);
+    }
+
     void Step()
     {
-        switch (random_() % 6) {
-        case 0:
-        case 1:
-            current_ = &kItems[random_() % std::size(kItems)];
-            run_.SetFile(current_->file);
-            break;
-        case 2: run_.Get().Stop(); break;
-        case 3: run_.Get().Pause(); break;
-        case 4: run_.Get().Play(); break;
-        default: run_.Get().SetPosition(static_cast<double>(random_() % 20)); break;
-        }
+        static constexpr const char* kWords[] = {"stop", "pause", "play"};
+        const auto choice = random_() % 6;
+        if (choice < 2)
+            Set();
+        else if (choice == 2)
+            run_.Get().SetPosition(static_cast<double>(random_() % 20));
+        else
+            run_.Do(kWords[choice - 3]);
     }
 
     void CheckStart()

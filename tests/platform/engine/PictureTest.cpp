@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace kivo::test {
 
@@ -40,6 +41,13 @@ public:
         return pixel;
     }
 
+    bool ShowRed(int width, int height)
+    {
+        run.Get().SetSurface(width, height, /*visible=*/true);
+        run.SetFile("red.mp4");
+        return RunToFrame();
+    }
+
     bool RunToFrame(int milliseconds = 3'000) const
     {
         const int before = frames;
@@ -51,31 +59,21 @@ public:
     std::array<int, 2> size = {0, 0};
 };
 
-TEST_F(PictureTest, AVideoIsDrawnInTheSizeOfTheSurface)
+TEST_F(PictureTest, AVideoFillsTheSurfaceAndKeepsItsShape)
 {
-    run.Get().SetSurface(160, 120, /*visible=*/true);
-    run.SetFile("red.mp4");
     EXPECT_FALSE(Paint().IsRed());
-    ASSERT_TRUE(RunToFrame());
+    ASSERT_TRUE(ShowRed(160, 120));
     EXPECT_TRUE(Paint().IsRed());
     EXPECT_EQ(size, (std::array<int, 2>{160, 120}));
-}
-
-TEST_F(PictureTest, ItKeepsItsShapeInAWideSurface)
-{
     run.Get().SetSurface(400, 60, /*visible=*/true);
-    run.SetFile("red.mp4");
-    ASSERT_TRUE(RunToFrame());
-    EXPECT_TRUE(Paint(0.5).IsRed());
+    ASSERT_TRUE(RunUntil([&] { return Paint().IsRed() && size[0] == 400; }, 3'000));
     EXPECT_TRUE(Paint(0.0).IsBlack());
     EXPECT_TRUE(Paint(1.0).IsBlack());
 }
 
 TEST_F(PictureTest, ListenersAreCalledOnceUntilThePictureIsPainted)
 {
-    run.Get().SetSurface(64, 48, /*visible=*/true);
-    run.SetFile("red.mp4");
-    ASSERT_TRUE(RunToFrame());
+    ASSERT_TRUE(ShowRed(64, 48));
     RunFor(300);
     EXPECT_EQ(frames, 1);
     Paint();
@@ -84,9 +82,7 @@ TEST_F(PictureTest, ListenersAreCalledOnceUntilThePictureIsPainted)
 
 TEST_F(PictureTest, HiddenItPlaysOnAndIsThereAgainWhenShown)
 {
-    run.Get().SetSurface(64, 48, /*visible=*/true);
-    run.SetFile("red.mp4");
-    ASSERT_TRUE(RunToFrame());
+    ASSERT_TRUE(ShowRed(64, 48));
     run.Get().SetSurface(64, 48, /*visible=*/false);
     const double before = run.Get().GetPosition();
     RunFor(600);
@@ -98,44 +94,29 @@ TEST_F(PictureTest, HiddenItPlaysOnAndIsThereAgainWhenShown)
     EXPECT_EQ(run.GetTrace(), "9 3");
 }
 
-TEST_F(PictureTest, AResizeWhilePausedDrawsAnew)
+TEST_F(PictureTest, WhilePausedItIsDrawnAtItsFirstShowingAndAtEachSize)
 {
-    run.Get().SetSurface(64, 48, /*visible=*/true);
-    run.SetFile("red.mp4");
-    ASSERT_TRUE(RunToFrame());
-    run.Get().Pause();
-    run.RunToState(2);
-    RunFor(200);
-    Paint();
-    RunFor(100);
-    Paint();
-    run.Get().SetSurface(300, 200, /*visible=*/true);
-    ASSERT_TRUE(RunToFrame());
-    EXPECT_TRUE(Paint().IsRed());
-    EXPECT_EQ(size, (std::array<int, 2>{300, 200}));
-}
-
-TEST_F(PictureTest, ShownFirstWhilePausedItIsDrawn)
-{
-    run.SetFile("red.mp4");
-    run.RunToState(3);
-    run.Get().Pause();
-    run.RunToState(2);
-    RunFor(200);
-    run.Get().SetSurface(64, 48, /*visible=*/true);
-    ASSERT_TRUE(RunToFrame());
-    EXPECT_TRUE(Paint().IsRed());
+    run.Do("red.mp4 @3 pause @2 quiet");
+    for (const auto& [width, height] : {
+             std::pair{64,  48 },
+             {300, 200}
+    }) {
+        run.Get().SetSurface(width, height, /*visible=*/true);
+        ASSERT_TRUE(RunToFrame());
+        EXPECT_TRUE(Paint().IsRed());
+        EXPECT_EQ(size, (std::array<int, 2>{width, height}));
+        RunFor(100);
+        Paint();
+    }
 }
 
 TEST_F(PictureTest, NothingOfTheOldPictureIsLeft)
 {
-    run.Get().SetSurface(64, 48, /*visible=*/true);
-    run.SetFile("red.mp4");
-    ASSERT_TRUE(RunToFrame());
+    ASSERT_TRUE(ShowRed(64, 48));
     ASSERT_TRUE(Paint().IsRed());
-    run.Get().Stop();
+    run.Do("stop");
     EXPECT_FALSE(run.Get().PaintFrame([](const VideoFrame&) {}));
-    run.Get().Play();
+    run.Do("play");
     ASSERT_TRUE(RunToFrame());
     run.SetFile("long.mp4");
     bool isMixed = false;
@@ -148,15 +129,13 @@ TEST_F(PictureTest, NothingOfTheOldPictureIsLeft)
         5'000);
     EXPECT_FALSE(isMixed);
     EXPECT_EQ(size[0], 64) << "The new one is there.";
-    run.SetFile("tone.mp3");
-    run.RunToState(3);
+    run.Do("tone.mp3 @3");
     EXPECT_FALSE(run.Get().PaintFrame([](const VideoFrame&) {}));
 }
 
 TEST_F(PictureTest, ASurfaceOfAnySizeIsBorne)
 {
-    run.SetFile("red.mp4");
-    run.RunToState(3);
+    run.Do("red.mp4 @3");
     for (const auto& [width, height] : {
              std::pair{0,   0  },
              {1,   1  },

@@ -40,11 +40,9 @@ TEST(Quiet, PausedOrStoppedNothingWakesUp)
 {
     EngineRun run;
     run.Get().SetSurface(64, 48, /*visible=*/true);
-    run.SetFile("long.mp4");
-    run.RunToState(3);
-    run.Get().Pause();
+    run.Do("long.mp4 @3 pause");
     EXPECT_LE(CountWhileResting(), 4);
-    run.Get().Stop();
+    run.Do("stop");
     EXPECT_LE(CountWhileResting(), 4);
 }
 
@@ -52,8 +50,7 @@ TEST(Quiet, PausedOrStoppedNothingWakesUp)
 TEST(Quiet, ASlideShowIsNoStall)
 {
     EngineRun run;
-    run.SetFile("slides.mp4");
-    run.RunToState(3);
+    run.Do("slides.mp4 @3");
     RunFor(3'500);
     EXPECT_EQ(run.GetTrace(), "9 3");
 }

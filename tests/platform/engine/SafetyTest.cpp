@@ -188,10 +188,7 @@ public:
     void Set(const std::string& name, const std::string& value)
     {
         const char* old = std::getenv(name.c_str());
-        if (old != nullptr)
-            before.emplace_back(name, old);
-        else
-            before.emplace_back(name, "");
+        before.emplace_back(name, old != nullptr ? old : "");
         setenv(name.c_str(), value.c_str(), 1);
     }
     [[nodiscard]] std::string GetMark() const { return folder.GetNative() / "mark"; }
@@ -209,18 +206,9 @@ TEST_F(HomeTest, TheUsersOwnSettingsAndScriptsAreLeftAlone)
     const std::vector<std::string> filesBefore = folder.List();
     {
         EngineRun run;
-        run.SetFile("tone.mp4");
-        run.RunToState(8);
-        EXPECT_EQ(run.GetTrace(), "9 3 8");
-        run.Clear();
-        run.SetBytes(server.GetUrl("/watch"));
-        run.RunToState(8);
-        EXPECT_EQ(run.GetTrace(), "9 8");
-        run.SetFile("long.mp3");
-        run.RunToState(3);
-        run.Get().SetPosition(10);
-        run.Get().Stop();
-        RunFor(100);
+        run.base = server.GetUrl("");
+        run.Do("tone.mp4 @8 /watch #5 long.mp3 @3 seek=10 stop quiet");
+        EXPECT_EQ(run.GetTrace(), "9 3 8 9 8 9 3 1");
     }
     EXPECT_EQ(folder.List(), filesBefore) << "Something was started, or left a trace.";
 }

@@ -20,13 +20,12 @@ public:
     }
 
     SoundServer server;
+    EngineRun run{MediaEngineSettings()};
 };
 
 TEST_F(SoundTest, SoundGoesToTheServer)
 {
-    EngineRun run((MediaEngineSettings()));
-    run.SetFile("long.mp3");
-    run.RunToState(3);
+    run.Do("long.mp3 @3");
     EXPECT_TRUE(RunUntil([&] { return server.HasStream(); }, 3'000));
     run.Get().Stop();
     EXPECT_TRUE(RunUntil([&] { return !server.HasStream(); }, 3'000));
@@ -34,19 +33,14 @@ TEST_F(SoundTest, SoundGoesToTheServer)
 
 TEST_F(SoundTest, AServerThatStandsStillHoldsUpTheSongButNotTheProgram)
 {
-    EngineRun run((MediaEngineSettings()));
-    run.SetFile("long.mp3");
-    run.RunToState(3);
+    run.Do("long.mp3 @3");
     RunFor(300);
     server.Freeze();
     ResetLongestTurn();
     EXPECT_TRUE(run.RunToState(6, 5'000)) << "A listener would count the song to its end.";
-    run.Get().Pause();
-    RunFor(100);
-    run.Get().Play();
+    run.Do("pause quiet play");
     run.Get().SetVolume(20);
-    run.Get().SetPosition(3);
-    RunFor(200);
+    run.Do("seek=3 quiet");
     EXPECT_LT(GetLongestTurn(), 50);
     server.Thaw();
     EXPECT_TRUE(RunUntil([&] { return run.Get().GetPosition() > 3.2; }, 10'000));
@@ -56,13 +50,10 @@ TEST_F(SoundTest, AServerThatStandsStillHoldsUpTheSongButNotTheProgram)
 
 TEST_F(SoundTest, AnEndWhileTheServerStandsStillIsGivenUpInTime)
 {
-    EngineRun run((MediaEngineSettings()));
-    run.SetFile("long.mp3");
-    run.RunToState(3);
+    run.Do("long.mp3 @3");
     RunFor(200);
     server.Freeze();
-    run.Get().Pause();
-    RunFor(100);
+    run.Do("pause quiet");
     const auto start = std::chrono::steady_clock::now();
     run.End();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2'200));
@@ -71,9 +62,7 @@ TEST_F(SoundTest, AnEndWhileTheServerStandsStillIsGivenUpInTime)
 
 TEST_F(SoundTest, ASongThatNeverMovesAgainIsGivenUp)
 {
-    EngineRun run((MediaEngineSettings()));
-    run.SetFile("long.mp3");
-    run.RunToState(3);
+    run.Do("long.mp3 @3");
     server.Freeze();
     EXPECT_TRUE(run.RunToState(8, 10'000));
     EXPECT_EQ(run.GetTrace(), "9 3 6 8");
@@ -82,9 +71,7 @@ TEST_F(SoundTest, ASongThatNeverMovesAgainIsGivenUp)
 
 TEST_F(SoundTest, AServerThatDiesAndComesBackIsFoundAgain)
 {
-    EngineRun run((MediaEngineSettings()));
-    run.SetFile("long.mp3");
-    run.RunToState(3);
+    run.Do("long.mp3 @3");
     RunFor(300);
     server.Kill();
     const double before = run.Get().GetPosition();
