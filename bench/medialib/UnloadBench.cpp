@@ -14,9 +14,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // The end of the library in the middle of the import of 100,000 files: in the walk, soon after it,
-// and later. The whole end also saves what was read so far.
+// and just before its own end. The whole end also saves what was read so far.
 namespace kivo {
 namespace {
 
@@ -25,7 +26,7 @@ using bench::Numbers;
 constexpr int kFiles = 100'000;
 constexpr int kFilesAFolder = 100;
 constexpr int kRounds = 3;
-constexpr int kReadBefore[] = {0, 1'000, 10'000};
+constexpr int kReadBefore[] = {0, 1'000, 99'000};
 
 class ImportWindow : public CWnd {
 public:
@@ -51,10 +52,16 @@ void MakeTree(const std::filesystem::path& tree)
     }
 }
 
-String GetFile(const String& tree, int file)
+// A file that is read when about so many have been: the walk takes folders by name.
+String GetFile(const String& tree, int read)
 {
-    // By name, as the walk goes: the folder 0 is the first.
-    return common::FormatText(u"%s0/%s.mp3", {tree, common::ToText(file)});
+    std::vector<std::string> folders;
+    for (int folder = 0; folder < kFiles / kFilesAFolder; ++folder)
+        folders.push_back(std::to_string(folder));
+    std::sort(folders.begin(), folders.end());
+    const int folder = std::stoi(folders.at(static_cast<std::size_t>(read / kFilesAFolder)));
+    return common::FormatText(
+        u"%s%s/%s.mp3", {tree, common::ToText(folder), common::ToText(folder * kFilesAFolder)});
 }
 
 // Milliseconds of the stop and of the whole end, when about so many files have been read.
@@ -69,12 +76,12 @@ Numbers EndDuringImport(const String& tree, int readBefore)
     tunehive::CAddFolderThread::Start(window.GetHandle(), u"mine", tree);
     pollfd wake = {PostQueue::Get().GetWakeDescriptor(), POLLIN, 0};
     tunehive::MediaInfo info;
+    const String last = GetFile(tree, readBefore);
     if (readBefore == 0)
         poll(&wake, 1, 20); // In the walk.
     else
-        while (manager->PeekMediaInfo(GetFile(tree, 0), info) != tunehive::CacheLook::Hit)
+        while (manager->PeekMediaInfo(last, info) != tunehive::CacheLook::Hit)
             poll(&wake, 1, 1);
-    poll(&wake, 1, readBefore / 20); // Some twenty files a millisecond.
     const double start = bench::GetSeconds();
     if (!manager->StopWork(5000))
         std::abort();
