@@ -187,11 +187,7 @@ TEST_F(LibCacheFile, AMergeKeepsOtherKeysAndOverwritesItsOwn)
     file_.Merge(u"k", Record(4, u"1"));
     file_.Merge(u"k", Record(4, u"216"));
     file_.Merge(u"k", {});
-    const MediaInfo expected = {
-        {0, u"T"  },
-        {4, u"216"}
-    };
-    EXPECT_EQ(Lookup(file_, u"k"), expected);
+    EXPECT_EQ(Describe(Lookup(file_, u"k")), "title='T' length='216'");
     EXPECT_EQ(Lookup(file_, u"K"), kMiss) << "keys compare to the letter";
     EXPECT_EQ(file_.GetCount(), 1U);
 }

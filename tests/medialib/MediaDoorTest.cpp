@@ -110,19 +110,6 @@ TEST_F(MediaDoor, AStreamTellsItsTitleBehindTheFirstRequest)
     EXPECT_EQ(GetInfoText(info, kInfoTitle), u"A Tone");
 }
 
-TEST_F(MediaDoor, AStreamThatFailedMayBeAskedForAgain)
-{
-    test::HttpServer server;
-    GetManager().SetRemoteProvider(Released<IRemoteMediaInfoProvider>(new RemoteProvider));
-    const String url = common::utf8_to_CString(server.GetUrl("/missing.mp3"));
-    RunUntil([&] {
-        MediaInfo info;
-        EXPECT_EQ(GetManager().GetMediaInfo(url, info), 0); // Nothing while one is under way.
-        return server.CountAllRequests() >= 2;
-    });
-    EXPECT_TRUE(Peek(url).empty());
-}
-
 TEST_F(MediaDoor, TheEndInTheMiddleOfAnOpeningWaitsForNobody)
 {
     test::HttpServer server;

@@ -5,17 +5,7 @@
 namespace kivo::test {
 
 namespace {
-
 ScriptedAttributes* script = nullptr;
-
-template <class T>
-std::vector<std::uint8_t> ToBytes(const T* data, std::size_t count)
-{
-    std::vector<std::uint8_t> bytes(count * sizeof(T));
-    std::memcpy(bytes.data(), data, bytes.size());
-    return bytes;
-}
-
 } // namespace
 
 HRESULT ScriptedHeader::GetAttributeByName(std::uint16_t stream,
@@ -23,8 +13,6 @@ HRESULT ScriptedHeader::GetAttributeByName(std::uint16_t stream,
                                            std::uint8_t* value,
                                            std::uint16_t* length)
 {
-    if (value == nullptr)
-        asked.emplace_back(name);
     if (const auto failure = failures.find(name); failure != failures.end())
         return failure->second;
     const auto found = values.find(name);
@@ -38,17 +26,13 @@ HRESULT ScriptedHeader::GetAttributeByName(std::uint16_t stream,
 
 void ScriptedHeader::SetText(const String& name, const String& text)
 {
-    values[name] = ToBytes(text.c_str(), text.size() + 1);
+    Set(name, text.c_str(), (text.size() + 1) * sizeof(char16_t));
 }
 
-void ScriptedHeader::SetNumber32(const String& name, std::int32_t number)
+void ScriptedHeader::Set(const String& name, const void* bytes, std::size_t count)
 {
-    values[name] = ToBytes(&number, 1);
-}
-
-void ScriptedHeader::SetNumber64(const String& name, std::uint64_t number)
-{
-    values[name] = ToBytes(&number, 1);
+    const auto* const first = static_cast<const std::uint8_t*>(bytes);
+    values[name].assign(first, first + count);
 }
 
 class ScriptedEditor final : public IWMMetadataEditor {

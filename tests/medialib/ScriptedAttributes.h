@@ -4,11 +4,10 @@
 #include "shell/contracts/control/MediaAttributes.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <mutex>
-#include <string>
 #include <vector>
 
 namespace kivo::test {
@@ -22,12 +21,17 @@ public:
                                std::uint16_t* length) override;
 
     void SetText(const String& name, const String& text); // With its terminator.
-    void SetNumber32(const String& name, std::int32_t number);
-    void SetNumber64(const String& name, std::uint64_t number);
+    template <class T>
+    void SetNumber(const String& name, T number) // Of the attribute's size.
+    {
+        Set(name, &number, sizeof number);
+    }
 
     std::map<String, std::vector<std::uint8_t>> values;
     std::map<String, HRESULT> failures; // Names that give this result instead.
-    std::vector<String> asked;          // Names in order, each once per first question.
+
+private:
+    void Set(const String& name, const void* bytes, std::size_t count);
 };
 
 // While it stands, editors and readers come from here. One at a time; set it up before threads
