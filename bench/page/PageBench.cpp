@@ -1,5 +1,4 @@
-#include "bench/support/Measure.h"
-#include "platform/engine/Core.h"
+#include "bench/support/BareCore.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
@@ -12,12 +11,11 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <string>
 
 // What a user feels of the whole page: how soon a double click sounds, what playing costs, and how
@@ -32,7 +30,6 @@ constexpr int kFilesInFolder = 100;
 constexpr int kRounds = 3;
 constexpr int kPlayedMs = 8'000;
 constexpr int kMostImportMs = 240'000;
-constexpr double kLongestWait = 10; // Seconds for one event.
 
 // The event loop as the program runs it, for a time or until it is so.
 void Run(int milliseconds, const std::function<bool()>& isDone = {})
@@ -77,21 +74,6 @@ public:
     ITuneHiveRemote& remote;
 };
 
-CoreHandle MakeBareCore()
-{
-    CoreSettings settings;
-    settings.silent = true;
-    return MakeCore(settings);
-}
-
-void WaitFor(mpv_handle* core, mpv_event_id id)
-{
-    const double start = GetSeconds();
-    while (mpv_wait_event(core, kLongestWait)->event_id != id)
-        if (GetSeconds() - start > kLongestWait)
-            std::abort();
-}
-
 // Milliseconds from a double click on a row to the start of its sound.
 Numbers ClickRows(const std::string& song)
 {
@@ -116,15 +98,11 @@ Numbers ClickRows(const std::string& song)
 
 Numbers LoadBare(const std::string& song)
 {
-    const CoreHandle core = MakeBareCore();
+    BareCore core;
     Numbers waits;
     for (int i = 0; i < kClicks; ++i) {
-        const double start = GetSeconds();
-        SendCommand(core.get(), 0, {"loadfile", song});
-        WaitFor(core.get(), MPV_EVENT_PLAYBACK_RESTART);
-        waits.push_back(1000 * (GetSeconds() - start));
-        SendCommand(core.get(), 0, {"stop"});
-        WaitFor(core.get(), MPV_EVENT_IDLE);
+        waits.push_back(1000 * core.Play(song));
+        core.Stop();
     }
     return waits;
 }
@@ -143,25 +121,12 @@ Numbers PlayOnPage(const std::string& song)
 
 Numbers PlayBare(const std::string& song)
 {
-    const CoreHandle core = MakeBareCore();
-    SendCommand(core.get(), 0, {"loadfile", song});
-    WaitFor(core.get(), MPV_EVENT_PLAYBACK_RESTART);
-    const auto pass = [&](double seconds) {
-        const double start = GetSeconds();
-        while (GetSeconds() - start < seconds)
-            mpv_wait_event(core.get(), seconds - (GetSeconds() - start));
-    };
-    pass(2);
+    BareCore core;
+    core.Play(song);
+    core.Pass(2);
     const double before = GetCpuSeconds();
-    pass(kPlayedMs / 1000.0);
+    core.Pass(kPlayedMs / 1000.0);
     return {GetCpuSeconds() - before};
-}
-
-double GetThreadSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 // The longest time for which the window could not answer: by the clock, to which others on the
@@ -246,12 +211,8 @@ Numbers Import(const std::string& song, const std::string& folder, bool byDrop)
     });
     const double passed = GetSeconds() - start;
     const double behind = passed - (page.remote.GetPosition() - position);
-    return {watch.gaps.wall,
-            watch.gaps.work,
-            behind,
-            hasBroken ? 1.0 : 0.0,
-            passed - 3,
-            static_cast<double>(countRows())};
+    const double broken = hasBroken ? 1 : 0;
+    return {watch.gaps.wall, watch.gaps.work, behind, broken, passed - 3, 1.0 * countRows()};
 }
 
 bool Make(const std::string& options, const std::string& path)
@@ -295,15 +256,24 @@ void MeasurePlaying(const std::string& song)
 
 void MeasureImports(const std::string& song, const std::string& folder)
 {
+    struct Figure {
+        const char* name;
+        const char* unit;
+    };
+    constexpr Figure kFigures[] = {
+        {"longest_gap",      "ms"   },
+        {"longest_work",     "ms"   },
+        {"song_fell_behind", "s"    },
+        {"song_broke_off",   "times"},
+        {"took",             "s"    },
+        {"rows",             "rows" },
+    };
     for (const bool byDrop : {false, true}) {
-        const std::string name = byDrop ? "drop_" : "open_";
         const Numbers result = RunAlone([&] { return Import(song, folder, byDrop); });
-        PrintFigure(name + "longest_gap", result.at(0), "ms");
-        PrintFigure(name + "longest_work", result.at(1), "ms");
-        PrintFigure(name + "song_fell_behind", result.at(2), "s");
-        PrintFigure(name + "song_broke_off", result.at(3), "times");
-        PrintFigure(name + "took", result.at(4), "s");
-        PrintFigure(name + "rows", result.at(5), "rows");
+        for (std::size_t i = 0; i < std::size(kFigures); ++i)
+            PrintFigure((byDrop ? "drop_" : "open_") + std::string(kFigures[i].name),
+                        result.at(i),
+                        kFigures[i].unit);
     }
 }
 

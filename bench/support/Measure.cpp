@@ -8,16 +8,17 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 
 namespace kivo::bench {
 
 namespace {
 
-// A line of /proc/self/status in megabytes.
-double ReadStatus(const std::string& name)
+// A line of a file below /proc/self in megabytes.
+double ReadStatus(const char* file, const std::string& name)
 {
-    std::ifstream status("/proc/self/status");
+    std::ifstream status(std::string("/proc/self/") + file);
     for (std::string line; std::getline(status, line);)
         if (line.starts_with(name))
             return std::stod(line.substr(name.size())) / 1024.0;
@@ -67,6 +68,18 @@ double GetCpuSeconds()
 {
     rusage usage = {};
     getrusage(RUSAGE_SELF, &usage);
+    return ToSeconds(usage);
+}
+
+double GetThreadSeconds()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+double ToSeconds(const rusage& usage)
+{
     const auto seconds = [](const timeval& time) {
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
     };
@@ -75,12 +88,17 @@ double GetCpuSeconds()
 
 double GetMemoryMb()
 {
-    return ReadStatus("VmRSS:");
+    return ReadStatus("status", "VmRSS:");
+}
+
+double GetSharedMemoryMb()
+{
+    return ReadStatus("smaps_rollup", "Pss:");
 }
 
 double GetPeakMemoryMb()
 {
-    return ReadStatus("VmHWM:");
+    return ReadStatus("status", "VmHWM:");
 }
 
 double GetMedian(Numbers numbers)

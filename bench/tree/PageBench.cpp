@@ -1,6 +1,7 @@
 // The real program with one large group: from the start of the process to the frames that count,
 // what a hand does in the tree, and the way out.
 
+#include "bench/support/Measure.h"
 #include "bench/tree/PageProbe.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Files.h"
@@ -21,10 +22,11 @@
 #include <string_view>
 #include <vector>
 
+namespace kivo::bench {
+
 namespace {
 
 namespace fs = std::filesystem;
-using kivo::bench::ProbeTask;
 using Figures = std::map<std::string, double>;
 
 constexpr int kStarts = 5;
@@ -84,7 +86,7 @@ Figures Run(const fs::path& program, const fs::path& profile, const char* task)
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0)
         std::exit(1); // NOLINT(concurrency-mt-unsafe)
-    const std::string start = std::to_string(kivo::bench::GetNowNs());
+    const std::string start = std::to_string(GetSeconds());
     const pid_t child = fork();
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
@@ -102,7 +104,7 @@ Figures Run(const fs::path& program, const fs::path& profile, const char* task)
     int status = 0;
     rusage usage{};
     wait4(child, &status, 0, &usage);
-    const double ended = static_cast<double>(kivo::bench::GetNowNs() - std::stoll(start)) / 1e6;
+    const double ended = 1000 * (GetSeconds() - std::stod(start));
     Figures figures;
     std::istringstream lines(text);
     std::string name;
@@ -110,7 +112,7 @@ Figures Run(const fs::path& program, const fs::path& profile, const char* task)
         figures[name] = value;
     if (figures.contains("leaving")) {
         figures["leave"] = ended - figures["leaving"];
-        figures["leave-cpu"] = kivo::bench::ToMs(usage) - figures["leaving-cpu"];
+        figures["leave-cpu"] = 1000 * ToSeconds(usage) - figures["leaving-cpu"];
     }
     if (status != 0)
         std::fprintf(stderr, "the program ended with status %d\n", status);
@@ -120,14 +122,8 @@ Figures Run(const fs::path& program, const fs::path& profile, const char* task)
 void Print(int count, const std::string& name, double value)
 {
     const bool isMemory = name == "resident" || name == "proportional";
-    std::printf("figure page/%d/%s %.2f %s\n", count, name.c_str(), value, isMemory ? "MB" : "ms");
+    PrintFigure("page/" + std::to_string(count) + "/" + name, value, isMemory ? "MB" : "ms");
     std::fflush(stdout);
-}
-
-double TakeMedian(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 // The files that differ from those of the older profile, written over these by the same writer.
@@ -146,18 +142,18 @@ void WriteAlone(const fs::path& now, const fs::path& before, Figures& figures)
         const std::string bytes = load(entry.path());
         if (fs::exists(old) && load(old) == bytes)
             continue;
-        const kivo::String path = kivo::common::PathToText(old.native());
-        const long long start = kivo::bench::GetNowNs();
-        const double cpu = kivo::bench::GetCpuMs();
-        kivo::WriteFileDurably(path, bytes);
-        figures["write-alone"] += static_cast<double>(kivo::bench::GetNowNs() - start) / 1e6;
-        figures["write-alone-cpu"] += kivo::bench::GetCpuMs() - cpu;
+        const String path = common::PathToText(old.native());
+        const double start = GetSeconds();
+        const double cpu = GetCpuSeconds();
+        WriteFileDurably(path, bytes);
+        figures["write-alone"] += 1000 * (GetSeconds() - start);
+        figures["write-alone-cpu"] += 1000 * (GetCpuSeconds() - cpu);
     }
 }
 
 void MeasureLeave(const fs::path& folder, const fs::path& profile, int count)
 {
-    std::map<std::string, std::vector<double>> all;
+    std::map<std::string, Numbers> all;
     for (int i = 0; i < kStarts; ++i) {
         fs::remove_all(folder / "before");
         fs::copy(profile, folder / "before", fs::copy_options::recursive);
@@ -167,7 +163,7 @@ void MeasureLeave(const fs::path& folder, const fs::path& profile, int count)
             all[name].push_back(figures[name]);
     }
     for (const auto& [name, values] : all)
-        Print(count, name, TakeMedian(values));
+        Print(count, name, GetMedian(values));
 }
 
 void Measure(const fs::path& folder, int count)
@@ -176,12 +172,12 @@ void Measure(const fs::path& folder, int count)
     fs::remove_all(profile);
     MakeProfile(profile, folder / "music", count);
     Run(folder / "app/kivo", profile, "quit"); // Makes what a first start makes.
-    std::map<std::string, std::vector<double>> all;
+    std::map<std::string, Numbers> all;
     for (int i = 0; i < kStarts; ++i)
         for (const auto& [name, value] : Run(folder / "app/kivo", profile, "quit"))
             all[name].push_back(value);
     for (const auto& [name, values] : all)
-        Print(count, name, TakeMedian(values));
+        Print(count, name, GetMedian(values));
     if (count == 0)
         return;
     const Figures steps = Run(folder / "app/kivo", profile, "steps");
@@ -191,18 +187,15 @@ void Measure(const fs::path& folder, int count)
     MeasureLeave(folder, profile, count);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int RunAll(const std::vector<std::string>& arguments)
 {
-    const std::vector<std::string> arguments(argv, argv + argc);
-    if (argc == 5 && arguments[1] == "--probe") {
+    if (arguments.size() == 5 && arguments[1] == "--probe") {
         ProbeTask task = ProbeTask::Quit;
         if (arguments[3] == "steps")
             task = ProbeTask::Steps;
         else if (arguments[3] == "leave")
             task = ProbeTask::Leave;
-        return kivo::bench::RunProbe(arguments[2], task, std::stoll(arguments[4]));
+        return RunProbe(arguments[2], task, std::stod(arguments[4]));
     }
     const fs::path folder =
         fs::temp_directory_path() / ("kivo-page-bench-" + std::to_string(getpid()));
@@ -216,4 +209,13 @@ int main(int argc, char** argv)
         Measure(folder, count);
     fs::remove_all(folder);
     return 0;
+}
+
+} // namespace
+
+} // namespace kivo::bench
+
+int main(int argc, char** argv)
+{
+    return kivo::bench::RunAll({argv, argv + argc});
 }

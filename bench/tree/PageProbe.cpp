@@ -1,5 +1,6 @@
 #include "bench/tree/PageProbe.h"
 
+#include "bench/support/Measure.h"
 #include "host/Program.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinForm.h"
@@ -10,14 +11,11 @@
 #include <QKeyEvent>
 #include <QTimer>
 #include <QTreeView>
-#include <sys/resource.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -29,25 +27,14 @@ namespace {
 constexpr int kRepeats = 5;
 constexpr int kSettleMs = 300;
 
-// Megabytes of a line of a file below /proc/self.
-double ReadMegabytes(const char* file, const std::string& field)
+double GetCpuMs()
 {
-    std::ifstream status(file);
-    std::string word;
-    while (status >> word) {
-        double kilobytes = 0;
-        if (word == field && status >> kilobytes)
-            return kilobytes / 1024;
-    }
-    return 0;
+    return 1000 * GetCpuSeconds();
 }
 
-// Of the calling thread.
 double GetOwnCpuMs()
 {
-    rusage usage{};
-    getrusage(RUSAGE_THREAD, &usage);
-    return ToMs(usage);
+    return 1000 * GetThreadSeconds();
 }
 
 void Print(const char* name, double value)
@@ -60,9 +47,9 @@ void Print(const char* name, double value)
 // it is over.
 class Probe final : public QObject {
 public:
-    Probe(ProbeTask task, long long startNs)
+    Probe(ProbeTask task, double start)
         : task_(task)
-        , startNs_(startNs)
+        , start_(start)
     {
     }
 
@@ -79,10 +66,7 @@ public:
         return false;
     }
 
-    [[nodiscard]] double GetSinceStart() const
-    {
-        return static_cast<double>(GetNowNs() - startNs_) / 1e6;
-    }
+    [[nodiscard]] double GetSinceStart() const { return 1000 * (GetSeconds() - start_); }
 
 private:
     // True: the object is the viewport of a tree that shows all there is to show.
@@ -125,8 +109,8 @@ private:
         Print("settled", GetSinceStart());
         Print("settled-cpu", GetCpuMs());
         Print("settled-own-cpu", GetOwnCpuMs());
-        Print("resident", ReadMegabytes("/proc/self/status", "VmRSS:"));
-        Print("proportional", ReadMegabytes("/proc/self/smaps_rollup", "Pss:"));
+        Print("resident", GetMemoryMb());
+        Print("proportional", GetSharedMemoryMb());
         QTimer::singleShot(kSettleMs, this, [this] { RunTask(); });
     }
 
@@ -153,12 +137,12 @@ private:
     {
         QCoreApplication::processEvents();
         const int before = paints_;
-        const long long start = GetNowNs();
+        const double start = GetSeconds();
         const double cpu = GetOwnCpuMs();
         act();
         while (paints_ == before)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        return {static_cast<double>(GetNowNs() - start) / 1e6, GetOwnCpuMs() - cpu};
+        return {1000 * (GetSeconds() - start), GetOwnCpuMs() - cpu};
     }
 
     void Report(const char* name,
@@ -247,7 +231,10 @@ private:
         CStringArray paths;
         for (int i = 0; i < 10'000; ++i)
             paths.push_back(u"/nowhere/new/" + common::ToText(i) + u".mp3");
-        tree_->AddPaths(GetGroup().GetID(), paths);
+        const int before = GetGroup().GetChildCount();
+        tree_->OnFilesDropped(&GetGroup(), paths);
+        while (GetGroup().GetChildCount() == before) // The worker looks for folders among them.
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
     // Ends the program as a logout does, with one track renamed.
@@ -262,7 +249,7 @@ private:
     }
 
     ProbeTask task_;
-    long long startNs_;
+    double start_; // Of GetSeconds.
     QTreeView* view_ = nullptr;
     ui::CSkinTree* tree_ = nullptr;
     int paints_ = 0;
@@ -287,31 +274,9 @@ Q_COREAPP_STARTUP_FUNCTION(WatchApplication)
 
 } // namespace
 
-long long GetNowNs()
+int RunProbe(const std::string& profile, ProbeTask task, double start)
 {
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(
-               std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-double ToMs(const rusage& usage)
-{
-    const auto ms = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return ms(usage.ru_utime) + ms(usage.ru_stime);
-}
-
-double GetCpuMs()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return ToMs(usage);
-}
-
-int RunProbe(const std::string& profile, ProbeTask task, long long startNs)
-{
-    Probe watched(task, startNs);
+    Probe watched(task, start);
     probe = &watched;
     Print("main", watched.GetSinceStart());
     host::Options options;
