@@ -95,11 +95,10 @@ public:
         if (control_ == nullptr)
             return {};
         const QFont font = GetLook().font;
-        const QFontMetrics metrics(font);
         if (control_->IsMultiLine()) // Any width does; the height is for the one it will get.
-            return {GetPictureRoom() + 1, GetParagraphHeight(metrics)};
+            return {GetPictureRoom() + 1, GetParagraphHeight(font)};
         const QString text = ToLine(ToScreen(control_->GetText()));
-        return {MeasureWidth(font, text) + 1 + GetPictureRoom(), metrics.height()};
+        return {MeasureWidth(font, text) + 1 + GetPictureRoom(), QFontMetrics(font).height()};
     }
 
 protected:
@@ -113,9 +112,9 @@ protected:
         painter.setPen(isEnabled() ? look.colour : GetToken(u"off"));
         QRect place = rect();
         const QString text = ToScreen(control_->GetText());
-        const bool manyLines = IsManyLines(painter.fontMetrics(), text);
+        const bool manyLines = IsManyLines(look.font, text);
         if (const int room = GetPictureRoom(); room > 0) {
-            const int line = manyLines ? painter.fontMetrics().lineSpacing() + 2 : height();
+            const int line = manyLines ? GetParagraphPitch(look.font) : height();
             const QRect icon = QStyle::visualRect(
                 layoutDirection(), rect(), QRect(0, 0, room - kPictureGap, line));
             PaintPicture(painter, icon, control_->GetPicture());
@@ -137,18 +136,18 @@ private:
             control_->GetFont(), {control_->GetSkinName()}, control_->GetTextColour());
     }
     // A text too long for one line wraps where there is room for a second.
-    [[nodiscard]] bool IsManyLines(const QFontMetrics& metrics, const QString& text) const
+    [[nodiscard]] bool IsManyLines(const QFont& font, const QString& text) const
     {
         return control_->IsMultiLine() ||
-               (height() >= 2 * metrics.lineSpacing() &&
-                metrics.horizontalAdvance(text) > width() - GetPictureRoom());
+               (height() >= 2 * GetParagraphPitch(font) &&
+                QFontMetrics(font).horizontalAdvance(text) > width() - GetPictureRoom());
     }
-    [[nodiscard]] int GetParagraphHeight(const QFontMetrics& metrics) const
+    [[nodiscard]] int GetParagraphHeight(const QFont& font) const
     {
         const int width = GetRoomWithin(*control_) - GetPictureRoom();
         if (width < kLeastWidth)
-            return 2 * metrics.lineSpacing();
-        return MeasureParagraph(GetLook().font, ToScreen(control_->GetText()), width);
+            return 2 * GetParagraphPitch(font);
+        return MeasureParagraph(font, ToScreen(control_->GetText()), width);
     }
     [[nodiscard]] int GetPictureRoom() const
     {

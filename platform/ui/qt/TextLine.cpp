@@ -9,6 +9,7 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -18,6 +19,7 @@ namespace {
 
 constexpr qsizetype kLongest = 1000; // Units.
 constexpr qsizetype kMostWidths = 1000;
+constexpr qreal kParagraphPitch = 1.15; // Of the font's height: from line to line.
 
 using WidthTable = QHash<std::pair<QFont, QString>, int>;
 
@@ -42,6 +44,33 @@ QTextOption OptionFor(const QString& text, TextSide side)
     QTextOption option(SideInWindow(side) | Qt::AlignAbsolute | Qt::AlignVCenter);
     option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     return option;
+}
+
+// Breaks the text into lines a pitch apart and shows each to `use`, with its place in the
+// paragraph. The height of all.
+template <class Use>
+int BreakParagraph(const QString& text, const QFont& font, int width, TextSide side, Use use)
+{
+    QString lines = text;
+    lines.replace(u'\n', QChar::LineSeparator);
+    QTextOption option = OptionFor(lines, side);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextLayout layout(lines, font);
+    layout.setTextOption(option);
+    const int pitch = GetParagraphPitch(font);
+    int height = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        // Letters of another font may be higher than the pitch.
+        const int own = std::max(pitch, static_cast<int>(std::ceil(line.height())));
+        line.setPosition({0.0, height + std::floor((own - line.height()) / 2)});
+        height += own;
+    }
+    layout.endLayout();
+    for (int i = 0; i < layout.lineCount(); ++i)
+        use(layout.lineAt(i));
+    return height;
 }
 
 } // namespace
@@ -94,31 +123,21 @@ void DrawLine(
     painter.drawText(QRectF(place), line, option);
 }
 
+int GetParagraphPitch(const QFont& font)
+{
+    return static_cast<int>(std::ceil(QFontMetricsF(font).height() * kParagraphPitch));
+}
+
 int MeasureParagraph(const QFont& font, const QString& text, int width)
 {
-    QString lines = text;
-    lines.replace(u'\n', QChar::LineSeparator);
-    QTextOption option = OptionFor(lines, TextSide::Leading);
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    QTextLayout layout(lines, font);
-    layout.setTextOption(option);
-    const qreal leading = QFontMetricsF(font).leading();
-    qreal height = -leading; // As the painter places lines: each on a whole pixel.
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        height = std::ceil(height + leading) + line.height();
-    }
-    layout.endLayout();
-    return static_cast<int>(std::ceil(height));
+    return BreakParagraph(text, font, width, TextSide::Leading, [](const QTextLine&) {});
 }
 
 void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side)
 {
-    QTextOption option = OptionFor(text, side);
-    option.setAlignment(SideInWindow(side) | Qt::AlignAbsolute | Qt::AlignTop);
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    painter.drawText(QRectF(place), text, option);
+    BreakParagraph(text, painter.font(), place.width(), side, [&](const QTextLine& line) {
+        line.draw(&painter, place.topLeft());
+    });
 }
 
 } // namespace kivo::ui::qt

@@ -24,6 +24,9 @@ void ForgetWidths(); // The fonts have changed.
 void DrawLine(
     QPainter& painter, const QRect& place, const QString& text, TextSide side, bool elided);
 
+// From line to line of a paragraph, in pixels.
+[[nodiscard]] int GetParagraphPitch(const QFont& font);
+
 // The height that a paragraph takes in that width.
 [[nodiscard]] int MeasureParagraph(const QFont& font, const QString& text, int width);
 

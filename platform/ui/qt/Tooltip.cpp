@@ -39,7 +39,7 @@ QString WrapTooltip(const QString& text, int width, const QFont& font)
     QStringList lines;
     for (const QString& line : plain.split(u'\n'))
         BreakLine(line, width, font, lines);
-    return QStringLiteral("<p style='white-space:pre'>%1</p>")
+    return QStringLiteral("<p style='white-space:pre; line-height:115%'>%1</p>")
         .arg(lines.join(QLatin1String("<br>")));
 }
 
