@@ -110,20 +110,6 @@ TEST(Pack, ATextOf65535BytesPacksAndALongerOneLeavesTheBuffer)
     EXPECT_EQ(TakeBytes(buffer), "\xFF\xFF" + text.substr(1));
 }
 
-TEST(Unpack, ReadsWhatPackWrote)
-{
-    PackBuffer buffer;
-    Pack pack(buffer);
-    pack.push_uint16(0xFEDC);
-    pack.push_uint32(0xFEDCBA98);
-    pack.push_varstr("text", 4);
-    Unpack unpack(buffer.data(), buffer.size());
-    EXPECT_EQ(unpack.pop_uint16(), 0xFEDC);
-    EXPECT_EQ(unpack.pop_uint32(), 0xFEDCBA98);
-    EXPECT_EQ(unpack.pop_varstr(), "text");
-    EXPECT_EQ(unpack.GetLeft(), 0U);
-}
-
 struct ShortCase {
     const char* name;
     std::string bytes;

@@ -56,25 +56,6 @@ TEST(Property, TheWireFormIsToTheByte)
     EXPECT_EQ(Marshal({}), std::string(4, '\0'));
 }
 
-TEST(Property, AValueTooLongForTheWireThrows)
-{
-    PackBuffer buffer;
-    Pack pack(buffer);
-    const Property fits = MakeProperty({
-        {0, std::string(65535, 'x')}
-    });
-    EXPECT_NO_THROW(fits.marshal(pack));
-    const Property tooLong = MakeProperty({
-        {0, std::string(65536, 'x')}
-    });
-    try {
-        tooLong.marshal(pack);
-        FAIL();
-    } catch (PackError* error) {
-        error->Delete();
-    }
-}
-
 TEST(Property, ReadingAddsToWhatIsThere)
 {
     Property property = MakeProperty({

@@ -1,12 +1,12 @@
 #include "shell/base/HostLibrary.h"
 
 #include "shell/contracts/host/KivoApi.h"
-#include "tests/support/CaseName.h"
 #include "tests/support/FakeHost.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace kivo {
 namespace {
@@ -86,69 +86,37 @@ const Service kServices[] = {
      }                                                                                         },
 };
 
-class EachService : public testing::TestWithParam<Service> {};
-
-TEST_P(EachService, ReachesTheHostUnderItsOwnName)
+TEST(HostLibrary, EachServiceIsReachedUnderItsOwnNameOrGivesZero)
 {
-    test::FakeHost host;
-    host.directory = u"/home/tester/";
-    EXPECT_NE(GetParam().call(), 0);
-    ASSERT_EQ(host.calls.size(), 1U);
-    EXPECT_EQ(host.calls[0], GetParam().name);
+    for (const auto& [name, call] : kServices) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(call(), 0); // There is no library.
+        test::FakeHost host;
+        host.directory = u"/home/tester/";
+        EXPECT_NE(call(), 0);
+        EXPECT_EQ(host.calls, std::vector<std::string>{name});
+        host.missing.insert(name); // A name is looked up anew at each call.
+        EXPECT_EQ(call(), 0);
+        host.missing.clear();
+        EXPECT_NE(call(), 0);
+        EXPECT_EQ(host.calls.size(), 2U);
+    }
+    EXPECT_EQ(tunehive::FreeHostLibrary(), 1); // There was none to free.
 }
 
-TEST_P(EachService, GivesZeroWhenTheHostLacksIt)
-{
-    test::FakeHost host;
-    host.missing.insert(GetParam().name);
-    EXPECT_EQ(GetParam().call(), 0);
-    EXPECT_TRUE(host.calls.empty());
-}
-
-TEST_P(EachService, GivesZeroWithoutALibrary)
-{
-    EXPECT_EQ(GetParam().call(), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(HostLibrary,
-                         EachService,
-                         testing::ValuesIn(kServices),
-                         test::CaseName<Service>);
-
-TEST(HostLibrary, ANameIsLookedUpAnewAtEachCall)
-{
-    test::FakeHost host;
-    EXPECT_EQ(_KivoAPI_IsShowMediaState(), 1);
-    host.missing.insert("_KivoAPI_IsShowMediaState");
-    EXPECT_EQ(_KivoAPI_IsShowMediaState(), 0);
-    host.missing.clear();
-    EXPECT_EQ(_KivoAPI_IsShowMediaState(), 1);
-}
-
-TEST(HostLibrary, FreeingNoLibraryIsDone)
-{
-    EXPECT_EQ(tunehive::FreeHostLibrary(), 1);
-}
-
-TEST(HostLibrary, APostedEventRunsOnceAndIsFreed)
-{
-    test::FakeHost host;
-    int runs = 0;
-    int frees = 0;
-    EXPECT_EQ(_KivoAPI_PostSDKEvent(new CountedEvent(runs, frees)), 1);
-    EXPECT_EQ(runs, 0);
-    EXPECT_EQ(host.RunPosted(), 1);
-    EXPECT_EQ(runs, 1);
-    EXPECT_EQ(frees, 1);
-}
-
-TEST(HostLibrary, AnEventThatNobodyTakesIsFreedUnrun)
+TEST(HostLibrary, APostedEventRunsOnceAndIsFreedAlsoWhereNobodyTakesIt)
 {
     int runs = 0;
     int frees = 0;
     EXPECT_EQ(_KivoAPI_PostSDKEvent(new CountedEvent(runs, frees)), 0);
     EXPECT_EQ(runs, 0);
     EXPECT_EQ(frees, 1);
+    test::FakeHost host;
+    EXPECT_EQ(_KivoAPI_PostSDKEvent(new CountedEvent(runs, frees)), 1);
+    EXPECT_EQ(runs, 0);
+    EXPECT_EQ(host.RunPosted(), 1);
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(frees, 2);
 }
 
 } // namespace

@@ -93,8 +93,7 @@ TEST_F(PaneWidgetsTest, EachModeShowsWhatItShould)
         {2,  true,  true,  false},
         {3,  true,  true,  true },
         {4,  true,  true,  true },
-        {2,  true,  true,  false},
-        {77, true,  true,  false},
+        {77, true,  true,  true },
         {0,  false, false, false},
     };
     const CLyricPanel& panel = *window_->GetLyricPanel();
@@ -109,18 +108,6 @@ TEST_F(PaneWidgetsTest, EachModeShowsWhatItShould)
         if (showsPane) {
             EXPECT_EQ(GetPaneHeight(), 164);
         }
-    }
-}
-
-TEST_F(PaneWidgetsTest, ThePaneKeepsItsHeightWhateverTheWindowGets)
-{
-    window_->SetPaneMode(4);
-    window_->GetSplitter()->SetFixedPaneSize(220);
-    QWidget* const window = ui::qt::WidgetOf(form_.get());
-    for (const int height : {900, 600, 720}) {
-        window->resize(400, height);
-        QApplication::processEvents();
-        EXPECT_EQ(GetPaneHeight(), 220) << height;
     }
 }
 

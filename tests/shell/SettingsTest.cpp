@@ -90,12 +90,10 @@ const ReadCase kReadCases[] = {
      kHead + "<TuneHive><PlayMode/><PlayMode mode='3'/></TuneHive>",
      u"",                                               2,
      60},
-    {"NotWellFormed",                        kHead + "<TuneHive><PlayMode mode='3'/>",                                                          u"",                                           2,                                                                           60},
-    {"NoRoot",                         kHead + "<Other><PlayMode mode='3'/></Other>",                                                           u"",                                                     2,                                                    60                                                                                                                                                 },
-    {"NoBytes",                        "",                                                          u"",                                                           2,60},
+    {"NoRoot",                        kHead + "<Other><PlayMode mode='3'/></Other>",                                                          u"",                                           2,                                                                           60},
     {"OlderForm",
-     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                          u"/é",
-     3,                                            60},
+     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                           u"/é",
+     3,                                                      60                                                                                                                                                   },
 };
 
 class ReadConfigTest : public SettingsTest, public testing::WithParamInterface<ReadCase> {};
@@ -122,25 +120,26 @@ TEST_F(SettingsTest, AnOlderFileIsAsideUntilTheNextOneIsWritten)
     EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "5"));
 }
 
-TEST_F(SettingsTest, AnOlderFileWithoutARootIsGoneAndKept)
-{
-    const std::string text = "<Else/>";
-    folder_.Write("tunehive/config.xml", text);
-    ReadConfig();
-    EXPECT_FALSE(folder_.Has("tunehive/config.xml"));
-    WriteConfig();
-    EXPECT_EQ(folder_.Read("tunehive/config.xml.broken-1"), text);
-}
-
 TEST_F(SettingsTest, AFileThatGaveNothingIsKeptBeforeTheWrite)
 {
-    const std::string text = kHead + "<TuneHive><PlayMode mode='3'/>";
-    folder_.Write("tunehive/config.xml", text);
-    ReadConfig();
-    EXPECT_EQ(folder_.Read("tunehive/config.xml"), text);
-    WriteConfig();
-    EXPECT_EQ(folder_.Read("tunehive/config.xml.broken-1"), text);
-    EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "60"));
+    struct Row {
+        std::string text;
+        bool staysAfterTheRead;
+    };
+    const Row rows[] = {
+        {kHead + "<TuneHive><PlayMode mode='3'/>", true },
+        {"<Else/>",                                false}, // An older form goes with its read.
+    };
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        SCOPED_TRACE(rows[i].text);
+        folder_.Write("tunehive/config.xml", rows[i].text);
+        ReadConfig();
+        EXPECT_EQ(folder_.Has("tunehive/config.xml"), rows[i].staysAfterTheRead);
+        WriteConfig();
+        const std::string kept = "tunehive/config.xml.broken-" + std::to_string(i + 1);
+        EXPECT_EQ(folder_.Read(kept), rows[i].text);
+        EXPECT_EQ(folder_.Read("tunehive/config.xml"), ConfigText("2", "", "60"));
+    }
 }
 
 TEST_F(SettingsTest, NothingIsWrittenWithoutARead)

@@ -1,12 +1,10 @@
 #include "shell/base/TuneHiveEvent.h"
 
-#include "shell/contracts/base/Released.h"
 #include "tests/support/FakeHost.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
 
 namespace kivo::tunehive {
 namespace {
@@ -27,72 +25,57 @@ private:
 
 class Receiver {
 public:
+    explicit Receiver(int& calls)
+        : calls_(calls)
+    {
+    }
     void OnEvent(ITuneHive_AsyncCallbackParam* param)
     {
-        ++calls;
-        last = param;
+        ++calls_;
+        EXPECT_NE(dynamic_cast<CountedParam*>(param), nullptr);
     }
     [[nodiscard]] LifeWatch Watch() const { return life_.Watch(); }
 
-    int calls = 0;
-    ITuneHive_AsyncCallbackParam* last = nullptr;
-
 private:
+    int& calls_;
     LifeToken life_;
 };
 
-class TuneHiveEventTest : public testing::Test {
-protected:
-    test::FakeHost host_;
-    int frees_ = 0;
+struct Case {
+    const char* name;
+    bool hasDelegate;
+    bool hasParameter;
+    bool objectGoes;
+    bool isReleased; // By a queue that runs nothing more.
+    int calls;
 };
 
-TEST_F(TuneHiveEventTest, CallsTheDelegateWithItsParameterAndFreesIt)
-{
-    Receiver receiver;
-    auto* const param = new CountedParam(frees_);
-    PostCallback(AsyncCallback(&receiver, &Receiver::OnEvent), param, receiver.Watch());
-    EXPECT_EQ(receiver.calls, 0);
-    host_.RunPosted();
-    EXPECT_EQ(receiver.calls, 1);
-    EXPECT_EQ(receiver.last, param);
-    EXPECT_EQ(frees_, 1);
-}
+constexpr Case kCases[] = {
+    {"CallsTheDelegate",         true,  true,  false, false, 1},
+    {"NotWithoutAParameter",     true,  false, false, false, 0},
+    {"NotWithoutADelegate",      false, true,  false, false, 0},
+    {"NotOnceItsObjectIsGone",   true,  true,  true,  false, 0},
+    {"NotFromAQueueThatIsFreed", true,  true,  false, true,  0},
+};
 
-TEST_F(TuneHiveEventTest, DoesNothingWithoutAParameter)
+TEST(TuneHiveEvent, CallsOnceAtMostAndFreesItsParameterInAnyCase)
 {
-    Receiver receiver;
-    PostCallback(AsyncCallback(&receiver, &Receiver::OnEvent), nullptr, receiver.Watch());
-    host_.RunPosted();
-    EXPECT_EQ(receiver.calls, 0);
-}
-
-TEST_F(TuneHiveEventTest, DoesNothingWithoutADelegateAndStillFrees)
-{
-    PostCallback(AsyncCallback(), new CountedParam(frees_), {});
-    host_.RunPosted();
-    EXPECT_EQ(frees_, 1);
-}
-
-TEST_F(TuneHiveEventTest, DoesNothingOnceItsObjectIsGone)
-{
-    auto receiver = std::make_unique<Receiver>();
-    PostCallback(AsyncCallback(receiver.get(), &Receiver::OnEvent),
-                 new CountedParam(frees_),
-                 receiver->Watch());
-    receiver.reset();
-    host_.RunPosted(); // The address sanitizer sees a call into the dead object.
-    EXPECT_EQ(frees_, 1);
-}
-
-TEST_F(TuneHiveEventTest, AQueueThatIsReleasedFreesWithoutCalling)
-{
-    Receiver receiver;
-    PostCallback(
-        AsyncCallback(&receiver, &Receiver::OnEvent), new CountedParam(frees_), receiver.Watch());
-    EXPECT_EQ(host_.ReleasePosted(), 1);
-    EXPECT_EQ(receiver.calls, 0);
-    EXPECT_EQ(frees_, 1);
+    for (const Case& row : kCases) {
+        SCOPED_TRACE(row.name);
+        test::FakeHost host;
+        int frees = 0;
+        int calls = 0;
+        auto receiver = std::make_unique<Receiver>(calls);
+        PostCallback(row.hasDelegate ? AsyncCallback(receiver.get(), &Receiver::OnEvent)
+                                     : AsyncCallback(),
+                     row.hasParameter ? new CountedParam(frees) : nullptr,
+                     receiver->Watch());
+        if (row.objectGoes)
+            receiver.reset(); // The address sanitizer sees a call into the dead object.
+        EXPECT_EQ(row.isReleased ? host.ReleasePosted() : host.RunPosted(), 1);
+        EXPECT_EQ(calls, row.calls);
+        EXPECT_EQ(frees, row.hasParameter ? 1 : 0);
+    }
 }
 
 } // namespace

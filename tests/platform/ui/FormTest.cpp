@@ -67,9 +67,11 @@ protected:
     std::vector<std::string> complaints_;
 };
 
-TEST_F(Forms, AScriptTypesAndPressesTheButton)
+TEST_F(Forms, AModalFormIsFilledAndEndedByItsButton)
 {
-    AskForm form;
+    AskForm form; // Grown to what its controls need.
+    EXPECT_EQ(form.GetBoundsRect(), (Rect{0, 0, 200, 10 + 34 + 32 + 10}));
+    EXPECT_EQ(form.field->GetBoundsRect(), (Rect{10, 10, 190, 44}));
     null_.QueueModal([](CSkinForm& shown) {
         auto& ask = static_cast<AskForm&>(shown);
         EXPECT_TRUE(ask.IsModal());
@@ -81,15 +83,6 @@ TEST_F(Forms, AScriptTypesAndPressesTheButton)
     EXPECT_EQ(form.field->GetText(), u"typed");
     EXPECT_FALSE(form.IsWindowVisible());
     EXPECT_TRUE(complaints_.empty());
-}
-
-TEST_F(Forms, AFormGrowsToWhatItsControlsNeed)
-{
-    const AskForm form;
-    EXPECT_EQ(form.GetWidth(), 200);
-    EXPECT_EQ(form.GetHeight(), 10 + 34 + 32 + 10);
-    EXPECT_EQ(form.field->GetBoundsRect(), (Rect{10, 10, 190, 44}));
-    EXPECT_EQ(form.GetDefaultOKButton(), form.ok);
 }
 
 TEST_F(Forms, AModalFormWithoutAScriptGivesZeroAndSaysSo)
@@ -206,38 +199,26 @@ TEST_F(Forms, AClosedFormHidesUnlessItSaysOtherwise)
 
 TEST_F(Forms, WhatGoesIsForgotten)
 {
-    AskForm form;
-    form.SetDefaultFocusObj(form.field);
-    form.FocusObject(form.field);
-    form.field->Release();
-    form.ok->Release();
-    EXPECT_EQ(form.GetDefaultFocusObj(), nullptr);
-    EXPECT_EQ(form.GetFocusObject(), nullptr);
-    EXPECT_EQ(form.GetDefaultOKButton(), nullptr);
-    form.WindowProc(wndmessage::kActivate, 1, 0);
-    EXPECT_TRUE(form.IsActive());
-}
-
-TEST_F(Forms, AnOwnPageThatLeavesTheFormTakesItsFocusAlong)
-{
-    CSkinForm form;
-    form.Create(wndstyle::kPopup, u"F", u"", {}, nullptr, 0);
-    CSkinPanel page;
-    auto* list = new CSkinButton;
-    page.RegisterControl(list);
-    form.RegisterControl(&page);
-    form.SetDefaultFocusObj(list);
-    form.UnregisterControl(&page);
-    EXPECT_EQ(form.GetDefaultFocusObj(), nullptr);
-}
-
-TEST_F(Forms, TheMainFormIsForgottenWithItsEnd)
-{
     CSkinWndManager& manager = *CSkinWndManager::GetInstance();
     {
-        CSkinForm main;
-        manager.SetMainForm(&main);
-        EXPECT_EQ(manager.GetMainForm(), &main);
+        CSkinPanel page;
+        AskForm form;
+        manager.SetMainForm(&form);
+        form.SetDefaultFocusObj(form.field);
+        form.FocusObject(form.field);
+        form.field->Release();
+        form.ok->Release();
+        EXPECT_EQ(form.GetDefaultFocusObj(), nullptr);
+        EXPECT_EQ(form.GetFocusObject(), nullptr);
+        EXPECT_EQ(form.GetDefaultOKButton(), nullptr);
+        form.WindowProc(wndmessage::kActivate, 1, 0);
+        EXPECT_TRUE(form.IsActive());
+        auto* button = new CSkinButton; // It leaves with its page.
+        page.RegisterControl(button);
+        form.RegisterControl(&page);
+        form.SetDefaultFocusObj(button);
+        form.UnregisterControl(&page);
+        EXPECT_EQ(form.GetDefaultFocusObj(), nullptr);
     }
     EXPECT_EQ(manager.GetMainForm(), nullptr);
 }
@@ -262,6 +243,9 @@ public:
 
 TEST_F(Forms, ABrowserTellsTheAddressBeforeTheNewWindow)
 {
+    null_.SetBrowserMissing(/*missing=*/true); // Without its module there is none.
+    EXPECT_EQ(CSkinWebBrowser().Create(u"B", wndstyle::kChild, {}, nullptr, 3343, 0x84), 0);
+    null_.SetBrowserMissing(/*missing=*/false);
     CSkinWebBrowser browser;
     Reader reader;
     browser.SetTranslateHandler(&reader);
@@ -278,16 +262,6 @@ TEST_F(Forms, ABrowserTellsTheAddressBeforeTheNewWindow)
     browser.OnLoadFinished();
     EXPECT_EQ(reader.seen, u"http://music.example/a?kivo=1");
     EXPECT_EQ(reader.events, (std::vector<int>{251, 106, 259}));
-}
-
-TEST_F(Forms, WithoutItsModuleABrowserIsNotCreated)
-{
-    null_.SetBrowserMissing(/*missing=*/true);
-    CSkinWebBrowser browser;
-    EXPECT_EQ(browser.Create(u"B", wndstyle::kChild, {}, nullptr, 3343, 0x84), 0);
-    EXPECT_FALSE(browser.IsWindow());
-    null_.SetBrowserMissing(/*missing=*/false);
-    EXPECT_EQ(browser.Create(u"B", wndstyle::kChild, {}, nullptr, 3343, 0x84), 1);
 }
 
 } // namespace

@@ -67,15 +67,10 @@ TEST_F(Menus, AreDataUntilTheyPopUp)
     EXPECT_EQ(menu->GetEntries()[3]->GetID(), -1);
     EXPECT_EQ(menu->FindEntry(0xE000)->GetText(), u"to");
     EXPECT_EQ(menu->FindEntry(-1), nullptr);
+    menu->AddMenu(new IMenu(u"copy", -1, 0, 0, u"")); // Also without entries.
+    EXPECT_TRUE(menu->GetEntries()[4]->IsSubMenu());
+    EXPECT_FALSE(menu->GetEntries()[4]->IsSeparator());
     EXPECT_EQ(menu->FindEntry(0), nullptr);
-}
-
-TEST_F(Menus, AnEmptySubMenuStaysASubMenu)
-{
-    const Released<IMenu> menu(new IMenu);
-    menu->AddMenu(new IMenu(u"copy", -1, 0, 0, u""));
-    EXPECT_TRUE(menu->GetEntries()[0]->IsSubMenu());
-    EXPECT_FALSE(menu->GetEntries()[0]->IsSeparator());
 }
 
 TEST_F(Menus, TheDelegateGetsTheEntryAndTheMenuIsFreedBehindIt)

@@ -128,6 +128,7 @@ TEST_F(Skin, NodesAreFoundByTheWordsOfTheirKeyAndLaterFilesWin)
     EXPECT_EQ(skin_.GetBuildNode(u"kivo page"), nullptr);
     EXPECT_EQ(skin_.GetBuildNode(u"F"), nullptr);
     EXPECT_NE(skin_.GetFormNode(u"F"), nullptr);
+    EXPECT_EQ(CSkinPanel().BuildFromXML(nullptr), 0); // No node: nothing is built.
 }
 
 TEST_F(Skin, ABuildMakesControlsWithBoundsFromTheStartOn)
@@ -167,13 +168,6 @@ TEST_F(Skin, WhatIsNotInTheVocabularyIsPassedOverAndNoted)
                                    u"button B: vertical",
                                    u"label L: no such buddy"}));
     EXPECT_TRUE(skin_.TakeBuildFaults().empty());
-}
-
-TEST_F(Skin, WithoutANodeNothingIsBuilt)
-{
-    CSkinPanel panel;
-    EXPECT_EQ(panel.BuildFromXML(skin_.GetBuildNode(u"KIVO Nothing")), 0);
-    EXPECT_TRUE(panel.GetControls().empty());
 }
 
 // The files that are installed.

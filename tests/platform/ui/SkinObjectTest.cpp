@@ -86,12 +86,15 @@ TEST(Events, AListenerMayDestroyEverythingAboveTheSender)
     EXPECT_EQ(killer.senders.size(), 1U);
 }
 
-TEST(Controls, AreFoundByIdAtAnyDepth)
+TEST(Controls, AreFoundByIdAtAnyDepthAndShowWhenAllAboveDo)
 {
     Tower tower;
     EXPECT_EQ(tower.page->FindControlRecusive(u"Btn"), tower.button);
     EXPECT_EQ(tower.page->FindControlRecusive(u"btn"), nullptr);
     EXPECT_EQ(tower.button->FindControlRecusive(u"Btn"), nullptr);
+    tower.page->SetVisible(0);
+    EXPECT_TRUE(tower.button->IsSetVisible());
+    EXPECT_FALSE(tower.button->IsVisible());
     tower.page->Release();
 }
 
@@ -109,17 +112,6 @@ TEST(Controls, AChildChangesParentsAndNeverHoldsItself)
     tower.page->Release();
     EXPECT_EQ(tower.button->GetParent(), nullptr);
     tower.button->Release();
-}
-
-TEST(Controls, VisibleMeansTheOwnFlagAndAllAbove)
-{
-    Tower tower;
-    tower.page->SetVisible(0);
-    EXPECT_TRUE(tower.button->IsSetVisible());
-    EXPECT_FALSE(tower.button->IsVisible());
-    tower.page->SetVisible(1);
-    EXPECT_TRUE(tower.button->IsVisible());
-    tower.page->Release();
 }
 
 TEST(Controls, TheNameIsWhatIsSetElseTheTipElseTheText)
@@ -145,6 +137,9 @@ TEST(Controls, ARectangleInTheFormAddsUpWhatIsAboveButTheFormItself)
     button->SetBounds(3, 4, 30, 30);
     EXPECT_EQ(button->GetRectInForm(), (Rect{13, 24, 43, 54}));
     EXPECT_EQ(button->GetOwnerForm(), &form);
+    CSkinWnd child;
+    child.Create(wndstyle::kChild, u"W", u"", {}, &form, 0);
+    EXPECT_EQ(child.GetOwnerForm(), &form);
 }
 
 TEST(Windows, AreMadeOnceAndHiddenUnlessTheyAreVisibleChildren)
@@ -173,15 +168,6 @@ TEST(Windows, AreMadeOnceAndHiddenUnlessTheyAreVisibleChildren)
         EXPECT_FALSE(window.IsWindow());
         EXPECT_EQ(window.GetPeer(), nullptr);
     }
-}
-
-TEST(Windows, AChildKnowsTheFormThatItWasCreatedIn)
-{
-    CSkinForm form;
-    form.Create(wndstyle::kPopup, u"F", u"", {}, nullptr, 0);
-    CSkinWnd child;
-    child.Create(wndstyle::kChild, u"W", u"", {}, &form, 0);
-    EXPECT_EQ(child.GetOwnerForm(), &form);
 }
 
 } // namespace

@@ -13,9 +13,12 @@
 #include "shell/contracts/ui/SkinSlider.h"
 #include "shell/contracts/ui/SkinSplitter.h"
 
+#include <gtest/gtest.h>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QMenu>
+#include <QTimer>
 #include <QTreeView>
 
 namespace kivo::ui::qt {
@@ -335,6 +338,17 @@ void Settle()
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+}
+
+void InMenu(const std::function<void(QMenu&)>& act)
+{
+    QTimer::singleShot(0, qApp, [act] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        act(*menu);
+        if (QWidget* rest = QApplication::activePopupWidget())
+            rest->close();
+    });
 }
 
 QImage Grab(QWidget& widget, const std::string& name)

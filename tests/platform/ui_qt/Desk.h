@@ -7,12 +7,14 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 class QAbstractButton;
+class QMenu;
 
 // What the tests of the peers stand on: Qt off-screen with the program's own skin, build file and
 // texts, and controls as the program makes them.
@@ -106,6 +108,9 @@ void FillWithSamples(DeskTree& tree);
 
 // Lets the event loop turn until there is nothing to do.
 void Settle();
+
+// Acts on the menu that pops up next, and closes it.
+void InMenu(const std::function<void(QMenu&)>& act);
 
 // The widget's picture; written to the folder KIVO_PICTURES, if that is set, to be looked at.
 QImage Grab(QWidget& widget, const std::string& name);

@@ -13,9 +13,6 @@
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
-#include <QTimer>
-
-#include <functional>
 
 namespace kivo::ui::qt {
 namespace {
@@ -86,16 +83,6 @@ public:
     DeskPage page;
     std::vector<DeskRow*> groups;
 };
-
-TEST_F(RowViewTest, ShowsWhatTheRowsSay)
-{
-    EXPECT_EQ(GetTree().GetShown(), (Texts{u"A", u"a1", u"a2", u"a3", u"B", u"b1", u"b2", u"C"}));
-    GetTree().RemoveTreeItem(static_cast<CSkinTreeItem*>(RowNamed(u"a2")));
-    DeskTree::AddTrack(*groups[1], u"b3");
-    groups[2]->Expand(&GetTree(), 0, /*expanded=*/true);
-    EXPECT_EQ(GetTree().GetShown(),
-              (Texts{u"A", u"a1", u"a3", u"B", u"b1", u"b2", u"b3", u"C", u"c1"}));
-}
 
 TEST_F(RowViewTest, MirrorsTheSelectionBothWays)
 {
@@ -231,17 +218,6 @@ TEST_F(RowViewTest, TheEditorsTextStandsWhereTheRowsDid)
         return -1;
     };
     EXPECT_NEAR(firstDark(before), firstDark(after), 1);
-}
-
-void InMenu(const std::function<void(QMenu&)>& act)
-{
-    QTimer::singleShot(0, qApp, [act] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        ASSERT_NE(menu, nullptr);
-        act(*menu);
-        if (QWidget* rest = QApplication::activePopupWidget())
-            rest->close();
-    });
 }
 
 TEST_F(RowViewTest, AsksForTheMenuThatFits)
