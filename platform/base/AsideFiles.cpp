@@ -52,7 +52,9 @@ void RestoreOne(const std::string& older)
     if (RenameWithoutReplacing(older, path) != EEXIST)
         return;
     struct stat status = {};
-    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0)
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return; // A folder or a link to nowhere is no successor.
+    if (status.st_size == 0)
         rename(older.c_str(), path.c_str());
     else
         unlink(older.c_str());

@@ -95,6 +95,10 @@ TEST(OlderFiles, LeftoversOfTheWriterGoAfterADayAndNothingElse)
     folder.MakeFolder("folder.older");
     folder.MakeFifo("fifo.older");
     folder.Write(".older", "x");
+    folder.MakeFolder("a.kvm");
+    folder.Write("a.kvm.older", "x"); // Its successor is none, nor is this one's.
+    folder.Link("nowhere", "b.kvm");
+    folder.Write("b.kvm.older", "x");
     Names left = folder.ListNames();
     std::erase(left, ".config.xml.aB3xYz");
     RestoreOlder(folder.GetPath());
