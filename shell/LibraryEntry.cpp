@@ -2,6 +2,7 @@
 
 #include "shell/contracts/base/Export.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
+#include "shell/contracts/framework/WinApp.h"
 #include "shell/desktop/TuneHiveRemote.h"
 #include "shell/Plugin_TuneHiveApp.h"
 
@@ -11,24 +12,7 @@ namespace {
 
 CPlugin_TuneHiveApp application;
 
-// Runs the application object's start and stop with the library's own.
-class InstanceRun {
-public:
-    InstanceRun()
-        : isStarted_(application.InitInstance() != 0)
-    {
-    }
-    InstanceRun(const InstanceRun&) = delete;
-    InstanceRun& operator=(const InstanceRun&) = delete;
-    ~InstanceRun() { application.ExitInstance(); }
-
-    [[nodiscard]] bool IsStarted() const { return isStarted_; }
-
-private:
-    bool isStarted_;
-};
-
-InstanceRun instanceRun; // Behind `application`: made after it, gone before it.
+AppRun applicationRun(application); // Behind `application`: made after it, gone before it.
 
 } // namespace
 
@@ -37,7 +21,7 @@ InstanceRun instanceRun; // Behind `application`: made after it, gone before it.
 extern "C" KIVO_API kivo::IPlugin* GetKivoPluginInstance()
 {
     namespace th = kivo::tunehive;
-    return th::instanceRun.IsStarted() ? &th::application : nullptr;
+    return th::applicationRun.IsOfUse() ? &th::application : nullptr;
 }
 
 extern "C" KIVO_API int MyPreTranslateMessage(void* message)

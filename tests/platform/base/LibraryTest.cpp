@@ -5,6 +5,7 @@
 #include "shell/contracts/control/MediaAttributes.h"
 #include "shell/contracts/control/MediaEngine.h"
 #include "shell/contracts/control/VideoSurface.h"
+#include "shell/contracts/framework/WinApp.h"
 #include "tests/support/TempFolder.h"
 
 #include <dlfcn.h>
@@ -21,24 +22,28 @@ String ModulePath()
     return common::PathToText(kFolder + "libkivo_attributes.so");
 }
 
-template <class Function>
-Function Get(LibraryHandle library, const char* name)
-{
-    return reinterpret_cast<Function>(GetProcAddress(library, name));
-}
-
-TEST(Library, RunsItsApplicationFromLoadToUnload)
+TEST(Library, IsThereFromLoadToUnload)
 {
     const LibraryHandle library = LoadLibraryW(ModulePath());
     ASSERT_NE(library, nullptr);
-    int ended = 0;
-    EXPECT_EQ(Get<int (*)()>(library, "TestIsOfUse")(), 1);
-    EXPECT_EQ(Get<int (*)()>(library, "TestUselessIsOfUse")(), 0);
-    Get<void (*)(int*)>(library, "TestTellEnd")(&ended);
+    EXPECT_NE(GetProcAddress(library, "TestRefuse"), nullptr);
     EXPECT_EQ(GetProcAddress(library, "NoSuchName"), nullptr);
     EXPECT_EQ(FreeLibrary(library), 1);
-    EXPECT_EQ(ended, 1);
     EXPECT_EQ(dlopen((kFolder + "libkivo_attributes.so").c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr);
+}
+
+TEST(AppRun, StartsAndEndsTheApplicationAndKnowsWhetherItIsOfUse)
+{
+    struct App final : CWinApp {
+        int InitInstance() override { return result; }
+        int ExitInstance() override { return ++ended; }
+        int result = 0;
+        int ended = 0;
+    } app;
+    EXPECT_FALSE(AppRun(app).IsOfUse());
+    app.result = 1;
+    EXPECT_TRUE(AppRun(app).IsOfUse());
+    EXPECT_EQ(app.ended, 2);
 }
 
 TEST(Library, WhatCantBeLoadedIsNull)
@@ -68,9 +73,10 @@ TEST(Controls, ComeFromTheModuleUnlessATestGivesItsOwn)
     EXPECT_NE(WMCreateEditor(), nullptr);
     EXPECT_EQ(WMCreateReader(), nullptr); // In another module, which isn't there.
     const LibraryHandle library = LoadLibraryW(ModulePath());
-    Get<void (*)(int)>(library, "TestRefuse")(1);
+    const auto refuse = reinterpret_cast<void (*)(int)>(GetProcAddress(library, "TestRefuse"));
+    refuse(1);
     EXPECT_EQ(WMCreateEditor(), nullptr);
-    Get<void (*)(int)>(library, "TestRefuse")(0);
+    refuse(0);
     EXPECT_EQ(FreeLibrary(library), 1);
     EXPECT_NE(WMCreateEditor(), nullptr); // The module holds itself.
 
