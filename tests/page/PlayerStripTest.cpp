@@ -140,6 +140,8 @@ TEST_F(PlayerStripTest, TheVolumeByWheelMouseAndKeys)
     QTest::mouseClick(button, Qt::LeftButton, {}, button->rect().center());
     QWidget* const form = QApplication::activePopupWidget();
     ASSERT_NE(form, nullptr);
+    EXPECT_FALSE(form->mask().contains({0, 0})); // Its corners are cut off.
+    EXPECT_TRUE(form->mask().contains({18, 0}));
     EXPECT_GE(form->geometry().top(), button->mapToGlobal(button->rect().center()).y());
     QTest::keyClick(form->windowHandle(), Qt::Key_Up);
     EXPECT_EQ(remote.GetVolume(), 56);
@@ -150,7 +152,10 @@ TEST_F(PlayerStripTest, TheVolumeByWheelMouseAndKeys)
 
     button->setFocus(Qt::TabFocusReason);
     QTest::keyClick(button, Qt::Key_Space);
-    EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+    ASSERT_EQ(QApplication::activePopupWidget(), form);
+    QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {}, QPoint(-50, -50)); // Elsewhere.
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_FALSE(form->isVisible());
 }
 
 } // namespace

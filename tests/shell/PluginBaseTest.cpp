@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 namespace kivo {
 namespace {
@@ -39,15 +38,11 @@ TEST(PluginBase, ComesUpGoesDownAndOffersNothing)
     EXPECT_EQ(plugin.IsLoaded(), 1);
     EXPECT_EQ(plugin.OnUnLoad(), 1);
     EXPECT_EQ(plugin.IsLoaded(), 0);
-    std::vector<String> users = {u"friend"};
     String reason;
     Property record;
     EXPECT_EQ(plugin.OnRemove(), 1);
     EXPECT_EQ(plugin.OnQueryFunMenu({}), nullptr);
     EXPECT_EQ(plugin.OnQueryWorkMenu({}), nullptr);
-    plugin.OnDoFunMenu(users, nullptr);
-    plugin.OnDoWorkMenu(users, nullptr);
-    EXPECT_EQ(users.size(), 1U);
     EXPECT_EQ(plugin.GetStateSignIconPath(u"music"), u"");
     EXPECT_EQ(plugin.OnQueryMainListSearchResult(1, u"x"), nullptr);
     EXPECT_FALSE(plugin.IsCanReceiveMsg(1));

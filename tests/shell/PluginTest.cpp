@@ -190,23 +190,17 @@ TEST_F(PluginTest, IsBuiltAfreshByASecondLoad)
 struct FailedLoad {
     const char* name;
     void (*breakIt)(test::FakeHost&);
-    void (*mendIt)(test::FakeHost&);
 };
 
 const FailedLoad kFailedLoads[] = {
-    {"NoDirectory",
-     [](test::FakeHost& host) { host.missing.insert("_KivoAPI_GetMyDir"); },
-     [](test::FakeHost& host) { host.missing.clear(); }                                                             },
+    {"NoDirectory",          [](test::FakeHost& host) { host.missing.insert("_KivoAPI_GetMyDir"); }},
     {"GroupsStartedBefore",
-     [](test::FakeHost& host) { GetMediaResManager()->Init(host.directory + u"tunehive/"); },
-     [](test::FakeHost&) {}                                                                                         },
+     [](test::FakeHost& host) { GetMediaResManager()->Init(host.directory + u"tunehive/"); }       },
     {"LibraryStartedBefore",
      [](test::FakeHost& host) {
          GetMediaLibManager()->Initialize(host.directory + u"tunehive/lib/");
-     },                                                                                       [](test::FakeHost&) {}},
-    {"WindowRefused",
-     [](test::FakeHost& host) { host.acceptsWindow = 0; },
-     [](test::FakeHost& host) { host.acceptsWindow = 1; }                                                           },
+     }                                                                                             },
+    {"WindowRefused",        [](test::FakeHost& host) { host.acceptsWindow = 0; }                  },
 };
 
 TEST_F(PluginTest, AFailedLoadIsTakenBackByTheUnload)
@@ -218,7 +212,8 @@ TEST_F(PluginTest, AFailedLoadIsTakenBackByTheUnload)
         row.breakIt(host_);
         EXPECT_EQ(plugin_->OnLoad(nullptr, &layout_), 0);
         EXPECT_EQ(GetPlayMode(), 2);
-        row.mendIt(host_);
+        host_.missing.clear();
+        host_.acceptsWindow = 1;
         EXPECT_EQ(plugin_->OnUnLoad(), 1);
         ExpectNothingStands();
         EXPECT_EQ(plugin_->GetWindow(), nullptr);

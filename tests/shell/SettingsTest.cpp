@@ -1,6 +1,5 @@
 #include "shell/base/Settings.h"
 
-#include "tests/support/CaseName.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
 
@@ -24,9 +23,7 @@ protected:
     SettingsTest()
     {
         host_.directory = folder_.GetPath();
-        SetPlayMode(2);
-        SetOpenPath({});
-        SetRememberedVolume(60);
+        Reset();
     }
     ~SettingsTest() override
     {
@@ -34,7 +31,13 @@ protected:
         host_.directory.clear();
         WriteConfig();
     }
-    void ExpectValues(int mode, const String& path, int volume) const
+    static void Reset()
+    {
+        SetPlayMode(2);
+        SetOpenPath({});
+        SetRememberedVolume(60);
+    }
+    static void ExpectValues(int mode, const String& path, int volume)
     {
         EXPECT_EQ(GetPlayMode(), mode);
         EXPECT_EQ(GetOpenPath(), path);
@@ -79,36 +82,38 @@ struct ReadCase {
     int volume;
 };
 
+const std::string kAll = ConfigText("1", "/a", "5");
+const std::string kNoNumbers = ConfigText("x", "/a", "y");
+const std::string kFarNumbers = ConfigText("99", "/a", "-7");
+const std::string kEmptyValues = ConfigText("", "", "");
+
 const ReadCase kReadCases[] = {
-    {"AllThree",                 ConfigText("1",                     "/a",     "5"),                                                           u"/a",1, 5},
-    {"NoNumberIsZero",                         ConfigText("x",                                                           "/a",                                                    "y"),                                                                            u"/a",0, 0},
-    {"NumbersHaveNoRange",                     ConfigText("99",                                                      "/a",                                                             "-7"),                                                u"/a",                99, -7},
-    {"EmptyValuesChangeNothing",                      ConfigText("","",""),u"",2, 60},
-    {"MissingElements", kHead + "<TuneHive><Volume vol='5'/></TuneHive>", u"",          2,                                                                                                                                 5},
-    {"NamesInOtherLetters",                        kHead + "<TUNEHIVE><playmode MODE='3'/></TUNEHIVE>",                                                          u"",                                                  3,                                                                60},
+    {"AllThree",                 kAll,                                                u"/a",  1,  5 },
+    {"NoNumberIsZero",           kNoNumbers,                                          u"/a",  0,  0 },
+    {"NumbersHaveNoRange",       kFarNumbers,                                         u"/a",  99, -7},
+    {"EmptyValuesChangeNothing", kEmptyValues,                                        u"",    2,  60},
+    {"MissingElements",          kHead + "<TuneHive><Volume vol='5'/></TuneHive>",    u"",    2,  5 },
+    {"NamesInOtherLetters",      kHead + "<TUNEHIVE><playmode MODE='3'/></TUNEHIVE>", u"",    3,  60},
     {"TheFirstElementOfAName",
      kHead + "<TuneHive><PlayMode/><PlayMode mode='3'/></TuneHive>",
-     u"",                                               2,
-     60},
-    {"NoRoot",                        kHead + "<Other><PlayMode mode='3'/></Other>",                                                          u"",                                           2,                                                                           60},
+     u"",                                                                                     2,
+     60                                                                                             },
+    {"NoRoot",                   kHead + "<Other><PlayMode mode='3'/></Other>",       u"",    2,  60},
     {"OlderForm",
-     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",                                                           u"/é",
-     3,                                                      60                                                                                                                                                   },
+     "<TuneHive><PlayMode mode='3'/><OpenPath path='/\xE9'/></TuneHive>",             u"/é",
+     3,                                                                                           60},
 };
 
-class ReadConfigTest : public SettingsTest, public testing::WithParamInterface<ReadCase> {};
-
-TEST_P(ReadConfigTest, Takes)
+TEST_F(SettingsTest, AreReadOneByOne)
 {
-    folder_.Write("tunehive/config.xml", GetParam().text);
-    ReadConfig();
-    ExpectValues(GetParam().mode, GetParam().path, GetParam().volume);
+    for (const auto& [name, text, path, mode, volume] : kReadCases) {
+        SCOPED_TRACE(name);
+        Reset();
+        folder_.Write("tunehive/config.xml", text);
+        ReadConfig();
+        ExpectValues(mode, path, volume);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Settings,
-                         ReadConfigTest,
-                         testing::ValuesIn(kReadCases),
-                         test::CaseName<ReadCase>);
 
 TEST_F(SettingsTest, AnOlderFileIsAsideUntilTheNextOneIsWritten)
 {

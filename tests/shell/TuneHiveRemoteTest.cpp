@@ -70,19 +70,15 @@ protected:
     std::vector<int> states_;
 };
 
-TEST_F(TuneHiveRemoteTest, KnowsNothingBeforeAnythingHasPlayed)
+TEST_F(TuneHiveRemoteTest, OpensInOrderAndPlaysTheFirst)
 {
-    EXPECT_EQ(remote_->GetVolume(), -1);
+    EXPECT_EQ(remote_->GetVolume(), -1); // Nothing has played yet.
     remote_->SetVolume(20);
     EXPECT_EQ(remote_->GetPosition(), -1.0);
     EXPECT_EQ(remote_->GetPath(), u"");
     EXPECT_EQ(remote_->GetState(), 0);
     EXPECT_TRUE(remote_->IsAtRest());
     EXPECT_EQ(control_.madeCount, 0);
-}
-
-TEST_F(TuneHiveRemoteTest, OpensInOrderAndPlaysTheFirst)
-{
     OpenAndPlay({"b.mp3", "a.mp3"});
     EXPECT_EQ(control_.url, folder_.GetPath("b.mp3"));
     EXPECT_EQ(remote_->GetPath(), folder_.GetPath("b.mp3"));
@@ -97,14 +93,9 @@ TEST_F(TuneHiveRemoteTest, OpensInOrderAndPlaysTheFirst)
     remote_->Previous();
     host_.RunPosted();
     EXPECT_EQ(control_.url, folder_.GetPath("b.mp3"));
-}
-
-TEST_F(TuneHiveRemoteTest, AddsBehindWhatIsThereAndLeavesItPlaying)
-{
-    OpenAndPlay({"a.mp3"});
     Start();
-    remote_->Open({folder_.GetPath("b.mp3")}, u"playing", /*playFirst=*/false);
-    EXPECT_EQ(control_.url, folder_.GetPath("a.mp3"));
+    remote_->Open({folder_.GetPath("c.mp3")}, u"playing", /*playFirst=*/false);
+    EXPECT_EQ(control_.url, folder_.GetPath("b.mp3")); // It plays on.
     OpenAndPlay({"c.mp3"});
     EXPECT_EQ(control_.url, folder_.GetPath("c.mp3"));
 }

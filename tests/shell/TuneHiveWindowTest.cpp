@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(Modes,
                          testing::ValuesIn(kModeCases),
                          test::CaseName<ModeCase>);
 
-TEST_F(TuneHiveWindowTest, AnOpenPaneKeepsItsHeight)
+TEST_F(TuneHiveWindowTest, AnOpenPaneKeepsItsHeightAndModeOneRaisesALowOne)
 {
     CreatePage();
     window_->SetPaneMode(1);
@@ -183,12 +183,6 @@ TEST_F(TuneHiveWindowTest, AnOpenPaneKeepsItsHeight)
     window_->SetPaneMode(0);
     window_->SetPaneMode(4); // Opened for a track: at its first height.
     EXPECT_EQ(GetPaneHeight(), 164);
-}
-
-TEST_F(TuneHiveWindowTest, ModeOneRaisesALowPane)
-{
-    CreatePage();
-    window_->SetPaneMode(1);
     window_->GetSplitter()->SetFixedPaneSize(300);
     window_->CalculateBounds({0, 0, 400, 250}); // So low that the pane gets less than it wants.
     ASSERT_LT(GetPaneHeight(), 164);

@@ -3,17 +3,27 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 namespace kivo::tunehive {
 namespace {
 
-std::string Repeat(std::string_view text, int count)
+struct Piece {
+    std::string_view text;
+};
+
+std::string operator*(int count, Piece piece)
 {
     std::string all;
     for (int i = 0; i < count; ++i)
-        all += text;
+        all += piece.text;
     return all;
 }
+
+constexpr Piece kOpen{"<a>"};
+constexpr Piece kChild{"<c>"};
+constexpr Piece kAttribute{"b='' "};
+const std::string kManyAttributes = "<a " + 200 * kAttribute + "/>";
 
 struct BoundsCase {
     const char* name;
@@ -22,24 +32,24 @@ struct BoundsCase {
 };
 
 const BoundsCase kBoundsCases[] = {
-    {"NoText",                         "",                                                true},
-    {"DepthAtTheLimit",                Repeat("<a>",                                      64),true},
-    {"DepthBeyondTheLimit",                                Repeat("<a>",                                                             65),false},
-    {"ClosedElementsAreNoDepth",                           Repeat("<a/>",                                                                            1000),                                  true},
-    {"EndTagsComeBackUp",                           Repeat("<a></a>",1000),true},
-    {"SpareEndTagsBuyNoDepth",Repeat("</a>",                                      100) + Repeat("<a>",                                                                       65), false},
-    {"AttributesAtTheLimit",         "<a " + Repeat("b='' ",                                                        256) + "/>",true},
-    {"AttributesBeyondTheLimit",                           "<a " + Repeat("b='' ",                                                                            257) + "/>",false},
-    {"AttributesAreCountedPerElement",                     Repeat("<a " + Repeat("b='' ",           200) + "/>",            3), true},
-    {"QuotedTagsAreText","<a b='" + Repeat("<c>",100) + "'/>",true},
-    {"ASlashInsideQuotesClosesNothing", Repeat("<a b='/'>", 65),false},
-    {"CommentsAreText",                            "<!--" + Repeat("<c>",                                                                             100) + "-->",true},
-    {"ACommentEndsWhereItEnds",                    "<!-- > -->" + Repeat("<c>",                                                                                                                       65),                                                                                                                  false},
-    {"CharacterDataIsText",              "<a><![CDATA[" + Repeat("<c>",                                                            100) + "]]></a>",                                                                            true},
-    {"AnInstructionEndsAtTheFirstAngle",                "<? >" + Repeat("<c>",                 65) + " ?>",false},
-    {"ADoctypeEndsAtTheFirstAngle",                                "<!DOCTYPE x [>" + Repeat("<c>",                                                         65) + "]>",false},
-    {"ANameMayBeginWithAHighByte",                           Repeat("<\xE4>",                                                                            65),false},
-    {"AnUnendedTagIsTheParsersMatter",                "<a b='",  true},
+    {"NoText",                           "",                                        true },
+    {"DepthAtTheLimit",                  64 * kOpen,                                true },
+    {"DepthBeyondTheLimit",              65 * kOpen,                                false},
+    {"ClosedElementsAreNoDepth",         1000 * Piece{"<a/>"},                      true },
+    {"EndTagsComeBackUp",                1000 * Piece{"<a></a>"},                   true },
+    {"SpareEndTagsBuyNoDepth",           100 * Piece{"</a>"} + 65 * kOpen,          false},
+    {"AttributesAtTheLimit",             "<a " + 256 * kAttribute + "/>",           true },
+    {"AttributesBeyondTheLimit",         "<a " + 257 * kAttribute + "/>",           false},
+    {"AttributesAreCountedPerElement",   3 * Piece{kManyAttributes},                true },
+    {"QuotedTagsAreText",                "<a b='" + 100 * kChild + "'/>",           true },
+    {"ASlashInsideQuotesClosesNothing",  65 * Piece{"<a b='/'>"},                   false},
+    {"CommentsAreText",                  "<!--" + 100 * kChild + "-->",             true },
+    {"ACommentEndsWhereItEnds",          "<!-- > -->" + 65 * kChild,                false},
+    {"CharacterDataIsText",              "<a><![CDATA[" + 100 * kChild + "]]></a>", true },
+    {"AnInstructionEndsAtTheFirstAngle", "<? >" + 65 * kChild + " ?>",              false},
+    {"ADoctypeEndsAtTheFirstAngle",      "<!DOCTYPE x [>" + 65 * kChild + "]>",     false},
+    {"ANameMayBeginWithAHighByte",       65 * Piece{"<\xE4>"},                      false},
+    {"AnUnendedTagIsTheParsersMatter",   "<a b='",                                  true },
 };
 
 TEST(XmlBounds, CountWhatTheParserWouldEnter)

@@ -53,17 +53,18 @@ TEST_F(DurableFile, HoldsExactlyWhatWasWritten)
         std::string now;
     };
     const std::string big(2 * kChunk + 17, 'x');
+    const std::string shorter = big.substr(kChunk);
     const std::string nuls("a\0b", 3);
     const Row rows[] = {
-        {"Other",              "abc",        "abd"             },
-        {"Longer",             "abc",        "abcd"            },
-        {"Emptied",            "abc",        ""                },
-        {"FromEmpty",          "",           "abc"             },
-        {"BigEqual",           big,          big               },
-        {"BigOtherAtTheEnd",   big + "a",    big + "b"         },
-        {"BigShorterByAChunk", big,          big.substr(kChunk)},
-        {"BigLongerByAChunk",  big.substr(0, 2 * kChunk),        big},
-        {"WithNuls",                    nuls,                       nuls + "c"                 },
+        {"Other",              "abc",     "abd"     },
+        {"Longer",             "abc",     "abcd"    },
+        {"Emptied",            "abc",     ""        },
+        {"FromEmpty",          "",        "abc"     },
+        {"BigEqual",           big,       big       },
+        {"BigOtherAtTheEnd",   big + "a", big + "b" },
+        {"BigShorterByAChunk", big,       shorter   },
+        {"BigLongerByAChunk",  shorter,   big       },
+        {"WithNuls",           nuls,      nuls + "c"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

@@ -127,20 +127,21 @@ TEST(WalkFolder, ListsBreadthFirstInOrderAndStopsBetweenFolders)
     const Names all = {"c.mp3", "z.mp3", "a/2.mp3", "a/\xFF.mp3", "b/1.mp3", "a/deep/3.mp3"};
     for (const std::string& name : all)
         folder.Write(name, "");
+    const Names top(all.begin(), all.begin() + 4);
     struct Row {
         const char* root;
         int folders;
         Names files;
     };
     const Row rows[] = {
-        {"",      99, all              },
-        {"b/..",  99, all              }, // With and without a separator at the end.
-        {"b/../", 99, all              },
-        {"",      2,  Names(all.begin(), all.begin() + 4)},
-        {"",       0,        {}                 },
-        {"z.mp3",       99,   {}},
-        {"fifo",       99,    {}                  },
-        {"missing",       99, {}},
+        {"",        99, all},
+        {"b/..",    99, all}, // With and without a separator at the end.
+        {"b/../",   99, all},
+        {"",        2,  top},
+        {"",        0,  {} },
+        {"z.mp3",   99, {} },
+        {"fifo",    99, {} },
+        {"missing", 99, {} },
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.root);

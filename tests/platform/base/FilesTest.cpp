@@ -10,6 +10,7 @@
 namespace kivo {
 namespace {
 
+using namespace std::string_literals; // The rows hold NULs.
 using test::TempFolder;
 
 constexpr std::size_t kMegabyte = std::size_t{1024} * 1024;
@@ -87,15 +88,15 @@ TEST(StdioFile, GivesLinesWithoutTheirEndsAndDropsThoseAboveItsBound)
         Lines lines;
     };
     const Row rows[] = {
-        {"EachKindOfEnd",       "a\nb\r\n\nc",        {"a", "b", "", "c"}},
-        {"NoEmptyLineAtTheEnd", "a\n",                {"a"}              },
-        {"OnlyOneReturnGoes",   "a\rb\r\r\n",         {"a\rb\r"}         },
-        {"ANulIsAByte",         std::string("a\0b\n", 4),                  {std::string("a\0b", 3)}},
-        {"OneEmptyLine",                     "\n",                            {""}                      },
-        {"Empty",                     "",                                   {}         },
-        {"TheLongest",                     longest + "\nb",                              {longest, "b"}    },
-        {"Longer",                     "a\n" + longest + "x\nb",                                  {"a", "b"}    },
-        {"LongerAtTheEnd",                     "a\n" + longest + "x",                          {"a"}},
+        {"EachKindOfEnd",       "a\nb\r\n\nc",            {"a", "b", "", "c"}},
+        {"NoEmptyLineAtTheEnd", "a\n",                    {"a"}              },
+        {"OnlyOneReturnGoes",   "a\rb\r\r\n",             {"a\rb\r"}         },
+        {"ANulIsAByte",         "a\0b\n"s,                {"a\0b"s}          },
+        {"OneEmptyLine",        "\n",                     {""}               },
+        {"Empty",               "",                       {}                 },
+        {"TheLongest",          longest + "\nb",          {longest, "b"}     },
+        {"Longer",              "a\n" + longest + "x\nb", {"a", "b"}         },
+        {"LongerAtTheEnd",      "a\n" + longest + "x",    {"a"}              },
     };
     const TempFolder folder;
     for (const Row& row : rows) {

@@ -9,6 +9,8 @@
 namespace kivo::common {
 namespace {
 
+using namespace std::string_literals; // The rows hold NULs.
+
 class Xml : public testing::Test {
 protected:
     Xml() { SetLegacyCodePage(1251); }
@@ -91,15 +93,15 @@ TEST_F(Xml, WhatCantBeReadIsRefused)
         std::string text;
     };
     const Row rows[] = {
-        {"NoXml",      "[Reference]\r\nRef1=http://a\r\n"                },
-        {"Media",      std::string("\x30\x26\xB2\x75\x8E\x66\xCF\x11\0\0", 10)},
-        {"Unclosed",            "<asx><ref href='a'></asx>"                                                    },
-        {"NoRoot",            "<?xml version='1.0'?><!-- nothing -->"  },
-        {"AttributeWithoutValue",            "<asx a></asx>"                                     },
-        {"NulInside",            std::string("<a>\0</a>",               8)},
-        {"TooDeep",          deep                                             },
-        {"TooManyAttributes",wide + "/>"   },
-        {"AmpersandAtTheEnd",   "<a>&"                                                 },
+        {"NoXml",                 "[Reference]\r\nRef1=http://a\r\n"     },
+        {"Media",                 "\x30\x26\xB2\x75\x8E\x66\xCF\x11\0\0"s},
+        {"Unclosed",              "<asx><ref href='a'></asx>"            },
+        {"NoRoot",                "<?xml version='1.0'?><!-- nothing -->"},
+        {"AttributeWithoutValue", "<asx a></asx>"                        },
+        {"NulInside",             "<a>\0</a>"s                           },
+        {"TooDeep",               deep                                   },
+        {"TooManyAttributes",     wide + "/>"                            },
+        {"AmpersandAtTheEnd",     "<a>&"                                 },
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

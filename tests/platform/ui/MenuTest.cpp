@@ -56,23 +56,6 @@ protected:
     Chooser chooser_;
 };
 
-TEST_F(Menus, AreDataUntilTheyPopUp)
-{
-    const Released<IMenu> menu(chooser_.Make());
-    ASSERT_EQ(menu->GetEntries().size(), 4U);
-    EXPECT_TRUE(menu->GetEntries()[0]->IsChecked());
-    EXPECT_TRUE(menu->GetEntries()[1]->IsDisabled());
-    EXPECT_TRUE(menu->GetEntries()[2]->IsSeparator());
-    EXPECT_TRUE(menu->GetEntries()[3]->IsSubMenu());
-    EXPECT_EQ(menu->GetEntries()[3]->GetID(), -1);
-    EXPECT_EQ(menu->FindEntry(0xE000)->GetText(), u"to");
-    EXPECT_EQ(menu->FindEntry(-1), nullptr);
-    menu->AddMenu(new IMenu(u"copy", -1, 0, 0, u"")); // Also without entries.
-    EXPECT_TRUE(menu->GetEntries()[4]->IsSubMenu());
-    EXPECT_FALSE(menu->GetEntries()[4]->IsSeparator());
-    EXPECT_EQ(menu->FindEntry(0), nullptr);
-}
-
 TEST_F(Menus, TheDelegateGetsTheEntryAndTheMenuIsFreedBehindIt)
 {
     for (const int id : {1, 0xE000}) {

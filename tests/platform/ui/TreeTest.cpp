@@ -143,26 +143,27 @@ TEST_F(Tree, AnEditEndsWithTheTextThatWasTyped)
     tree_.OnEditFinished(u"late", /*committed=*/true);
 }
 
-TEST_F(Tree, KeysAndClicksReachTheCurrentRow)
+TEST_F(Tree, ADropIsUnderWayWhileItsRowIsTold)
 {
-    static_cast<void>(TakeHeard());
-    tree_.OnKey(ListKey::Delete); // No current row yet.
-    tree_.SetCurrentRow(tree_.GetRowAt(1));
-    tree_.OnKey(ListKey::Activate);
-    tree_.OnKey(ListKey::Delete);
-    tree_.OnKey(ListKey::Rename);
-    tree_.OnDoubleClick(tree_.GetRowAt(2));
-    tree_.OnDoubleClick(nullptr);
-    EXPECT_EQ(
-        TakeHeard(),
-        (std::vector<HeardEvent>{
-            {u"a1", 4024, u""      },
-            {u"a1", 4032, u""      },
-            {u"a1", -3,   u"rename"},
-            {u"a2", 515,  u""      }
-    }));
-    tree_.OnDoubleClick(a_); // The base folds a group.
-    EXPECT_FALSE(a_->IsExpanded());
+    TestRow* row = tree_.At(1);
+    String text;
+    EXPECT_EQ(tree_.OnDragStart(text), 0); // Nothing is allowed yet.
+    EXPECT_FALSE(tree_.OnDragOver(row));
+    tree_.SetCanDrag(1);
+    tree_.SetCanDrop(1);
+    EXPECT_EQ(tree_.OnDragStart(text), 1);
+    EXPECT_TRUE(tree_.OnDragOver(row));
+    EXPECT_TRUE(tree_.IsDragInProgress());
+    tree_.OnDragLeave();
+    EXPECT_FALSE(tree_.IsDragInProgress());
+    std::size_t files = 0;
+    tree_.onEvent = [&](TestRow& /*row*/, int /*event*/) {
+        files = tree_.IsDragInProgress() ? tree_.GetDroppedFiles().size() : 0;
+    };
+    tree_.OnFilesDropped(row, CStringArray{u"/m/a.mp3", u"/m/b.mp3"});
+    EXPECT_EQ(files, 2U);
+    EXPECT_TRUE(tree_.GetDroppedFiles().empty());
+    EXPECT_FALSE(tree_.IsDragInProgress());
 }
 
 TEST_F(Tree, AnEventMayDestroyItsRowOrTheWholeTree)
@@ -238,48 +239,6 @@ TEST_F(Tree, TheMenuIsChosenByWhatIsUnderTheHand)
         const std::vector<HeardEvent> heard = TakeHeard();
         EXPECT_EQ(heard.empty() ? String() : heard[0].row, row.heard);
     }
-}
-
-TEST_F(Tree, ADragAsksEachRowAndADropTellsIt)
-{
-    static_cast<void>(TakeHeard());
-    TestRow* row = tree_.At(1);
-    EXPECT_FALSE(tree_.OnDragOver(row)); // Not allowed yet.
-    String text;
-    EXPECT_EQ(tree_.OnDragStart(text), 0);
-    tree_.SetCanDrag(1);
-    tree_.SetCanDrop(1);
-    EXPECT_EQ(tree_.OnDragStart(text), 1);
-    EXPECT_EQ(text, u"dragged");
-    EXPECT_TRUE(tree_.OnDragOver(row));
-    EXPECT_TRUE(tree_.IsDragInProgress());
-    EXPECT_FALSE(tree_.OnDragOver(nullptr));
-    tree_.OnDragLeave();
-    EXPECT_FALSE(tree_.IsDragInProgress());
-
-    CStringArray during;
-    bool wasInProgress = false;
-    tree_.onEvent = [&](TestRow& target, int event) {
-        target.SetAcceptsDrop(0);
-        if (event != static_cast<int>(RowEvent::DragOver)) {
-            during = tree_.GetDroppedFiles();
-            wasInProgress = tree_.IsDragInProgress();
-        }
-    };
-    EXPECT_FALSE(tree_.OnDragOver(row)); // The row has refused.
-    tree_.OnFilesDropped(row, CStringArray{u"/m/a.mp3", u"/m/b.mp3"});
-    EXPECT_EQ(during.size(), 2U);
-    EXPECT_TRUE(wasInProgress);
-    EXPECT_TRUE(tree_.GetDroppedFiles().empty());
-    EXPECT_FALSE(tree_.IsDragInProgress());
-    static_cast<void>(TakeHeard());
-    tree_.OnTextDropped(row, u"some text");
-    tree_.OnDragEnd();
-    EXPECT_EQ(TakeHeard(),
-              (std::vector<HeardEvent>{
-                  {u"a1", 4106, u"some text"    },
-                  {u"",   -1,   u"drag finished"}
-    }));
 }
 
 } // namespace

@@ -16,7 +16,6 @@
 #include <gtest/gtest.h>
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
 #include <QMenu>
 #include <QTimer>
 #include <QTreeView>
@@ -28,7 +27,6 @@ namespace {
 constexpr COLORREF kGroupText = 0x573F34;
 constexpr COLORREF kTrackText = 0xA38378;
 constexpr COLORREF kSelectedRow = 0xFEEEDF;
-constexpr COLORREF kPlayingRow = 0xFFF0B6;
 
 String FromUtf8(const char* text)
 {
@@ -89,26 +87,18 @@ void DeskRow::BuildRow()
     Clear();
     const LOGFONT font = GetDefaultLOGFONT();
     if (IsGroup()) {
-        const bool playing = GetID() == u"playing";
-        const PictureRect fold =
-            IsExpanded() ? PictureRect{16, 0, 16, 16} : PictureRect{0, 0, 16, 16};
         AddPhoto(0,
                  u"icon",
                  u"Icon",
-                 playing ? String(IsExpanded() ? u"listening_unfold.png" : u"listening_fold.png")
-                         : String(u"public\\group_fold.png"),
+                 u"public\\group_fold.png",
                  {},
-                 playing ? PictureRect{} : fold,
+                 {IsExpanded() ? 16 : 0, 0, 16, 16},
                  0);
         AddLabel(1, u"text", u"Text", text, text, font, kGroupText, kGroupText, 0);
         return;
     }
-    int place = 0;
-    if (isPlaying)
-        AddPhoto(place++, u"icon", u"Icon", u"playing.png", {}, {}, 0);
-    if (!isGone)
-        AddLabel(place++, u"length", u"Length", length, length, font, kTrackText, kTrackText, 0);
-    AddLabel(place, u"text", u"Text", text, u"/music/" + text, font, kTrackText, kTrackText, 0);
+    AddLabel(0, u"length", u"Length", u"3:42", u"3:42", font, kTrackText, kTrackText, 0);
+    AddLabel(1, u"text", u"Text", text, u"/music/" + text, font, kTrackText, kTrackText, 0);
 }
 
 void DeskRow::ReposControls()
@@ -116,26 +106,18 @@ void DeskRow::ReposControls()
     CSkinTreeItem::ReposControls();
     if (IsGroup())
         return;
-    SetMargins(isPlaying ? 2 : 14, 0, 15, 0);
-    if (CSkinCell* cell = GetObjectW(u"length")) {
-        cell->SetAnchorStyle(anchor::kRight);
-        cell->SetBounds(0, 0, 42, 10);
-        cell->SetAlignmentHor(align::kTrailing);
-    }
-    if (CSkinCell* cell = GetObjectW(u"icon")) {
-        cell->SetAnchorStyle(anchor::kLeft);
-        cell->SetBounds(0, 0, 12, 10);
-    }
-    if (CSkinCell* cell = GetObjectW(u"text"))
-        cell->SetAnchorStyle(anchor::kFill);
+    SetMargins(14, 0, 15, 0);
+    CSkinCell* const length = GetObjectW(u"length");
+    length->SetAnchorStyle(anchor::kRight);
+    length->SetBounds(0, 0, 42, 10);
+    length->SetAlignmentHor(align::kTrailing);
+    GetObjectW(u"text")->SetAnchorStyle(anchor::kFill);
 }
 
 void DeskRow::RenderSelf(ICanvas& canvas)
 {
     if (IsSelected())
         canvas.FillRect(GetBoundsRect(), kSelectedRow);
-    else if (isPlaying)
-        canvas.FillRect(GetBoundsRect(), kPlayingRow);
 }
 
 IMenu* DeskRow::GetRowMenu(const MenuDelegate& delegate)
@@ -229,43 +211,6 @@ std::vector<String> DeskTree::GetShown() const
     return shown;
 }
 
-void FillWithSamples(DeskTree& tree)
-{
-    struct Sample {
-        const char16_t* text;
-        const char16_t* length;
-        bool playing;
-        bool selected;
-        bool gone;
-    };
-    static constexpr Sample kSamples[] = {
-        {u"The Long Way Home - Ada Whitfield",                                                       u"3:42",  false, false, false},
-        {u"春江花月夜 — 古筝与箫合奏，1962 年现场录音完整修复版",            u"9:17",  false, false, false},
-        {u"Времена года, соч. 37а: Июнь. Баркарола",                     u"4:56",  true,  false, false},
-        {u"لما بدا يتثنى، تسجيل قديم من إذاعة حلب مع الفرقة", u"6:03",  false, false, false},
-        {u"field-recording-07.flac",                                                                 u"62:05", false, false, false},
-        {u"Blue Lanterns - Kite & Harbour",                                                          u"2:58",  false, true,  false},
-        {u"Old Radio Play, Episode 3.mp3",                                                           u"",      false, false, true },
-        {u"Nocturne in E-flat - Op. 9 No. 2",                                                        u"4:31",  false, false, false},
-    };
-    tree.BeginUpdate();
-    DeskRow* playing = tree.AddGroup(u"playing");
-    playing->text = u"Playing";
-    for (const Sample& sample : kSamples) {
-        DeskRow* row = DeskTree::AddTrack(*playing, sample.text);
-        row->length = sample.length;
-        row->isPlaying = sample.playing;
-        row->isGone = sample.gone;
-        row->BuildRow();
-        row->SetSelected(sample.selected ? 1 : 0);
-    }
-    playing->BuildRow();
-    playing->Expand(&tree, 0, /*expanded=*/true);
-    for (const char16_t* name : {u"My media", u"For the train", u"Sunday morning", u"Hot"})
-        tree.AddGroup(name);
-    tree.EndUpdate(1);
-}
-
 DeskPage::DeskPage(int width, int height)
     : form_(std::make_unique<CSkinForm>())
 {
@@ -351,14 +296,10 @@ void InMenu(const std::function<void(QMenu&)>& act)
     });
 }
 
-QImage Grab(QWidget& widget, const std::string& name)
+QImage Grab(QWidget& widget)
 {
     Settle();
-    QImage image = widget.grab().toImage();
-    const QString folder = qEnvironmentVariable("KIVO_PICTURES");
-    if (!folder.isEmpty())
-        image.save(QDir(folder).filePath(QString::fromStdString(name) + QLatin1String(".png")));
-    return image;
+    return widget.grab().toImage();
 }
 
 } // namespace kivo::ui::qt

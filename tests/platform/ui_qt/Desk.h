@@ -40,7 +40,7 @@ private:
     std::unique_ptr<QtDesktop> desktop_;
 };
 
-// A row with an icon, a text and, for tracks, a length.
+// A group with a picture and a text, or a track with a text and a length.
 class DeskRow final : public CSkinTreeItem {
 public:
     DeskRow(CSkinTree& tree, const String& id, bool group);
@@ -58,9 +58,6 @@ public:
     int CanBeEdited() override { return 1; }
 
     String text;
-    String length = u"3:42";
-    bool isPlaying = false;
-    bool isGone = false;
 };
 
 // A tree that writes down what it is told.
@@ -104,15 +101,13 @@ private:
     DeskTree* tree_ = nullptr;
 };
 
-void FillWithSamples(DeskTree& tree);
-
 // Lets the event loop turn until there is nothing to do.
 void Settle();
 
 // Acts on the menu that pops up next, and closes it.
 void InMenu(const std::function<void(QMenu&)>& act);
 
-// The widget's picture; written to the folder KIVO_PICTURES, if that is set, to be looked at.
-QImage Grab(QWidget& widget, const std::string& name);
+// The widget's picture, once there is nothing to do.
+QImage Grab(QWidget& widget);
 
 } // namespace kivo::ui::qt

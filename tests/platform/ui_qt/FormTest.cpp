@@ -1,10 +1,7 @@
 #include "platform/ui/qt/Pickers.h"
-#include "platform/ui/qt/SkinLook.h"
 #include "platform/ui/qt/Tooltip.h"
 #include "platform/ui/qt/WidgetPeer.h"
-#include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinCombox.h"
-#include "shell/contracts/ui/SkinSlider.h"
 #include "shell/contracts/ui/SkinWndManager.h"
 #include "shell/contracts/ui/SWColorEdit.h"
 #include "tests/platform/ui_qt/Desk.h"
@@ -16,7 +13,6 @@
 #include <QTest>
 #include <QTextDocument>
 #include <QTimer>
-#include <QWindow>
 
 #include <functional>
 
@@ -135,85 +131,6 @@ TEST(ModalForm, GrowsWithTheFontAndCutsNothing)
         EXPECT_TRUE(WidgetOf(&form)->rect().contains(ToQt(ok->GetRectInForm())));
         const CSkinObject* name = form.FindControlRecusive(u"URLNameInput");
         EXPECT_LE(name->GetRectInForm().bottom, ok->GetRectInForm().top);
-        Grab(*WidgetOf(&form), scale > 1.0 ? "form-address-large" : "form-address");
-    }
-}
-
-// A volume form as the player has one.
-class Volume final : public CSkinForm {
-public:
-    explicit Volume(CWnd& parent)
-    {
-        SetObjectID(u"VolForm");
-        Create(0x80CF0000U, u"Form", u"KivoMediaVolumeCtrl", Rect{}, &parent, 0);
-        SetExStyle(wndstyle::kExToolWindow);
-    }
-
-    int OnBuildControlAfter() override
-    {
-        auto* slider = static_cast<CSkinSlider*>(FindControlRecusive(u"VolSlider"));
-        slider->Create(this);
-        slider->SetRange(0, 100);
-        slider->SetPosition(60);
-        return 1;
-    }
-
-    LPARAM WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override
-    {
-        if (message == wndmessage::kClose) {
-            ShowWindow(0);
-            return 0;
-        }
-        const LPARAM result = CSkinForm::WindowProc(message, wParam, lParam);
-        if (message == wndmessage::kActivate) {
-            shown += wParam != 0 ? 1 : 0;
-            hidden += wParam != 0 ? 0 : 1;
-            if (wParam == 0)
-                ShowWindow(0);
-        }
-        return result;
-    }
-
-    int shown = 0;
-    int hidden = 0;
-};
-
-// Also where no compositor blends windows.
-void ExpectRoundCorners(const QWidget& popUp)
-{
-    EXPECT_FALSE(popUp.mask().contains({0, 0}));
-    EXPECT_TRUE(popUp.mask().contains({18, 0}));
-}
-
-TEST(PopupForm, TellsWhenItComesAndGoesAndClosesByEscapeOrAPressElsewhere)
-{
-    const Desk desk;
-    DeskPage page;
-    Volume form(page.GetForm());
-    QWidget& window = *WidgetOf(&form);
-    for (const bool byKey : {true, false}) {
-        SCOPED_TRACE(byKey);
-        const int before = form.shown;
-        form.MoveWindow({100, 100, 136, 248});
-        form.ShowWindow(5);
-        Settle();
-        EXPECT_TRUE(window.isVisible());
-        EXPECT_EQ(form.shown, before + 1);
-        EXPECT_EQ(QApplication::activePopupWidget(), &window);
-        ExpectRoundCorners(window);
-        Grab(window, "form-volume");
-        auto* slider = static_cast<CSkinSlider*>(form.FindControlRecusive(u"VolSlider"));
-        const int position = slider->GetPosition();
-        QTest::keyClick(window.windowHandle(), Qt::Key_Up);
-        EXPECT_GT(slider->GetPosition(), position);
-        if (byKey)
-            QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
-        else
-            QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, QPoint(-50, -50));
-        Settle();
-        EXPECT_FALSE(window.isVisible());
-        EXPECT_FALSE(form.IsSetVisible());
-        EXPECT_GE(form.hidden, 1);
     }
 }
 
@@ -242,28 +159,25 @@ IMenu* MakeMenu(Chooser& chooser)
 
 TEST(Menu, ShowsItsEntriesAsTheyAre)
 {
-    for (const bool dark : {false, true}) {
-        DeskLook look;
-        look.dark = dark;
-        const Desk desk(look);
-        DeskPage page;
-        Chooser chooser;
-        InMenu([dark](QMenu& menu) {
-            const QList<QAction*> actions = menu.actions();
-            ASSERT_EQ(actions.size(), 6);
-            EXPECT_EQ(actions[0]->text(), QStringLiteral("Rock && Roll"));
-            EXPECT_FALSE(actions[1]->isEnabled());
-            EXPECT_TRUE(actions[2]->isSeparator());
-            EXPECT_TRUE(actions[3]->isChecked());
-            ASSERT_NE(actions[4]->menu(), nullptr);
-            EXPECT_EQ(actions[4]->menu()->actions().size(), 1);
-            EXPECT_FALSE(actions[5]->isEnabled());
-            menu.setActiveAction(actions[0]);
-            Grab(menu, dark ? "menu-dark" : "menu");
-        });
-        IMenu::PopupMenu(&page.GetForm(), MakeMenu(chooser), 20, 20, 0, {});
-        EXPECT_EQ(chooser.chosen, 0);
-    }
+    const Desk desk;
+    DeskPage page;
+    Chooser chooser;
+    InMenu([](QMenu& menu) {
+        const QList<QAction*> actions = menu.actions();
+        ASSERT_EQ(actions.size(), 6);
+        EXPECT_EQ(actions[0]->text(), QStringLiteral("Rock && Roll"));
+        EXPECT_FALSE(actions[1]->isEnabled());
+        EXPECT_TRUE(actions[2]->isSeparator());
+        EXPECT_TRUE(actions[3]->isChecked());
+        ASSERT_NE(actions[4]->menu(), nullptr);
+        EXPECT_EQ(actions[4]->menu()->actions().size(), 1);
+        EXPECT_FALSE(actions[5]->isEnabled());
+        // Round corners, also where no compositor blends windows.
+        EXPECT_FALSE(menu.mask().contains({0, 0}));
+        EXPECT_TRUE(menu.mask().contains({18, 0}));
+    });
+    IMenu::PopupMenu(&page.GetForm(), MakeMenu(chooser), 20, 20, 0, {});
+    EXPECT_EQ(chooser.chosen, 0);
 }
 
 TEST(Menu, NamesTheKeysWithoutListeningToThem)

@@ -27,11 +27,10 @@ TEST_P(PageLook, ShowsTheSkinsColours)
 {
     const Desk desk(GetParam());
     DeskPage page;
-    FillWithSamples(page.GetTree());
     static_cast<CSkinButton*>(page.Find(u"LyricBtn"))->SetChecked(1);
     page.Find(u"DelBtn")->SetEnabled(0);
     page.OpenPane(true);
-    const QImage picture = Grab(*page.GetWindow(), std::string("page-") + GetParam().name);
+    const QImage picture = Grab(*page.GetWindow());
 
     QWidget& window = *page.GetWindow();
     QWidget& play = *WidgetOf(page.Find(u"PauseBtn"));

@@ -202,11 +202,11 @@ TEST_F(RowViewTest, AnEditKeepsItsLimitAndOutlivesItsRow)
 
 TEST_F(RowViewTest, TheEditorsTextStandsWhereTheRowsDid)
 {
-    const QImage before = Grab(GetView(), "edit-before");
+    const QImage before = Grab(GetView());
     EXPECT_EQ(GetTree().Edit(1, u"text", 1), 1);
     GetEditor()->deselect();
     GetEditor()->home(false);
-    const QImage after = Grab(GetView(), "edit");
+    const QImage after = Grab(GetView());
     // The first dark pixel of the text on the row's middle lines.
     const auto firstDark = [&](const QImage& image) {
         const QPoint middle = PlaceOf(u"a1") * image.devicePixelRatio();
@@ -268,7 +268,6 @@ void Drop(RowView& view, const QPoint& place, const QMimeData& carried)
     QApplication::sendEvent(view.viewport(), &enter);
     QDragMoveEvent move(place, actions, &carried, Qt::LeftButton, {});
     QApplication::sendEvent(view.viewport(), &move);
-    Grab(view, "drop");
     QDropEvent drop(place, actions, &carried, Qt::LeftButton, {});
     QApplication::sendEvent(view.viewport(), &drop);
 }

@@ -63,7 +63,7 @@ protected:
 
     QColor ColourAt(int x, int y)
     {
-        const QImage picture = Grab(*WidgetOf(&form), "video");
+        const QImage picture = Grab(*WidgetOf(&form));
         const qreal ratio = picture.devicePixelRatio();
         return picture.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
     }
