@@ -1,5 +1,3 @@
-#include "host/QtText.h"
-#include "host/Texts.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
@@ -23,11 +21,6 @@ namespace kivo::test {
 namespace {
 
 constexpr char kTone[] = KIVO_TEST_MEDIA "long.mp3";
-
-QString Say(const char16_t* id)
-{
-    return host::ToQString(host::GetText(id));
-}
 
 // The name as it is said; a box names its choice and leaves the rest to its label.
 QString NameOf(QAccessibleInterface* access)

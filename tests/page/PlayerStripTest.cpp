@@ -1,7 +1,5 @@
 // Position bar and volume by mouse, wheel and keys, on the real page with the real engine.
 
-#include "shell/contracts/common/Language.h"
-#include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
 
@@ -14,12 +12,6 @@
 
 namespace kivo::test {
 namespace {
-
-QWidget* FindNamed(const char16_t* id)
-{
-    const String name = common::CMutiLanSupport::GetInstance()->GetStringViaID(id);
-    return Stage::Find(QString::fromStdU16String(name));
-}
 
 void TurnWheel(QWidget& widget, int angle)
 {
@@ -37,12 +29,11 @@ void TurnWheel(QWidget& widget, int angle)
 
 class PlayerStripTest : public testing::Test {
 public:
-    PlayerStripTest() { bar = FindNamed(u"STRID_TUNEHIVE_NAME_POSITION"); }
+    PlayerStripTest() { bar = Stage::FindNamed(u"STRID_TUNEHIVE_NAME_POSITION"); }
 
     void Play()
     {
-        remote.Open({u"" KIVO_TEST_MEDIA "long.mp3"}, u"playing", /*playFirst=*/true);
-        ASSERT_TRUE(Stage::WaitUntil([&] { return remote.GetState() == 3; }));
+        ASSERT_TRUE(stage.Play({KIVO_TEST_MEDIA "long.mp3"}));
         ASSERT_NE(bar, nullptr);
     }
     // Of 30 seconds, by the part of the bar.
@@ -131,7 +122,7 @@ TEST_F(PlayerStripTest, BetweenTracksTheBarIsLocked)
 TEST_F(PlayerStripTest, TheVolumeByWheelMouseAndKeys)
 {
     Play();
-    QWidget* const button = FindNamed(u"STRID_TUNEHIVE_TIP_VOLUME");
+    QWidget* const button = Stage::FindNamed(u"STRID_TUNEHIVE_TIP_VOLUME");
     ASSERT_NE(button, nullptr);
     remote.SetVolume(50);
     TurnWheel(*button, 240);

@@ -1,7 +1,5 @@
 #include "tests/page/Scenes.h"
 
-#include "host/QtText.h"
-#include "host/Texts.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/support/HttpServer.h"
@@ -59,11 +57,6 @@ std::vector<StageGroup> MakeLibrary(const std::string& media)
         {"userb",   "For the train", {{media + "320.mp3", kCoffee}} },
         {"userc",   kSunday,         sunday                         },
     };
-}
-
-QString Say(const char16_t* id)
-{
-    return host::ToQString(host::GetText(id));
 }
 
 QWidget* FindNamed(const char16_t* id)

@@ -263,6 +263,11 @@ const TempFolder& Stage::GetProfile() const
     return impl_->profile;
 }
 
+QString Say(const char16_t* id)
+{
+    return host::ToQString(host::GetText(id));
+}
+
 QWidget* Stage::Find(const QString& name)
 {
     for (QWidget* const widget : QApplication::allWidgets()) {
@@ -289,6 +294,15 @@ QModelIndex Stage::FindRow(const QString& text) const
 QPoint Stage::PlaceOf(const QString& text) const
 {
     return GetTree().visualRect(FindRow(text)).center();
+}
+
+bool Stage::Play(const std::vector<std::string>& paths) const
+{
+    std::vector<String> texts;
+    for (const std::string& path : paths)
+        texts.push_back(common::PathToText(path));
+    GetRemote().Open(texts, u"playing", /*playFirst=*/true);
+    return WaitUntil([this] { return GetRemote().GetState() == 3; });
 }
 
 bool Stage::WaitUntil(const std::function<bool()>& isSo, int milliseconds)

@@ -43,6 +43,9 @@ struct StageGroup {
 // Before the first widget; `font` is a family.
 void SetUpFonts(const char* font, double scale);
 
+// The text of that id, as the page says it.
+[[nodiscard]] QString Say(const char16_t* id);
+
 // The program between its start and its end, on a profile with the groups given.
 class Stage {
 public:
@@ -58,9 +61,13 @@ public:
 
     // The widget of that accessible name, in any window that shows, but no label; null: none.
     [[nodiscard]] static QWidget* Find(const QString& name);
+    [[nodiscard]] static QWidget* FindNamed(const char16_t* id) { return Find(Say(id)); }
 
     [[nodiscard]] QModelIndex FindRow(const QString& text) const; // Invalid: not on the page.
     [[nodiscard]] QPoint PlaceOf(const QString& text) const;      // In the tree's viewport.
+
+    // Adds the files to "playing" and plays the first. False: it didn't start.
+    [[nodiscard]] bool Play(const std::vector<std::string>& paths) const;
 
     // Turns the event loop until it is so. False: it wasn't within `milliseconds`.
     static bool WaitUntil(const std::function<bool()>& isSo, int milliseconds = 10000);

@@ -1,6 +1,5 @@
 // A video on the whole page: the real plug-in and engine in the real main form, off-screen.
 
-#include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
@@ -30,26 +29,15 @@ Ground GroundOf(const QColor& colour)
 
 class VideoTest : public testing::Test {
 public:
-    void Play(const std::vector<std::string>& files) const
-    {
-        std::vector<String> paths;
-        paths.reserve(files.size());
-        for (const std::string& file : files)
-            paths.push_back(common::PathToText(std::string(KIVO_TEST_MEDIA) + file));
-        stage.GetRemote().Open(paths, u"playing", /*playFirst=*/true);
-        ASSERT_TRUE(Stage::WaitUntil([&] { return stage.GetRemote().GetState() == kPlaying; }));
-    }
     void PlayRed()
     {
-        Play({"red.mp4"});
+        ASSERT_TRUE(stage.Play({KIVO_TEST_MEDIA "red.mp4"}));
         ASSERT_TRUE(Stage::WaitUntil([&] { return IsRed(); }));
     }
-    [[nodiscard]] static QWidget* FindNamed(const char16_t* id)
+    [[nodiscard]] static QWidget* FindVideo()
     {
-        const String name = common::CMutiLanSupport::GetInstance()->GetStringViaID(id);
-        return Stage::Find(QString::fromStdU16String(name));
+        return Stage::FindNamed(u"STRID_TUNEHIVE_NAME_VIDEO");
     }
-    [[nodiscard]] static QWidget* FindVideo() { return FindNamed(u"STRID_TUNEHIVE_NAME_VIDEO"); }
     [[nodiscard]] static QImage Grab(QWidget& video)
     {
         return video.grab().toImage().convertToFormat(QImage::Format_RGB32);
@@ -89,7 +77,7 @@ public:
     template <class Look>
     static void DragSplitter(int distance, Look look)
     {
-        QWidget* const bar = FindNamed(u"STRID_TUNEHIVE_NAME_SPLITTER");
+        QWidget* const bar = Stage::FindNamed(u"STRID_TUNEHIVE_NAME_SPLITTER");
         ASSERT_NE(bar, nullptr);
         const QPoint grip = bar->rect().center();
         QTest::mousePress(bar, Qt::LeftButton, {}, grip);
@@ -151,14 +139,14 @@ TEST_F(VideoTest, FollowsTheSplitterAtEveryDragAndKeepsItsShape)
 TEST_F(VideoTest, GoesWithThePaneWhileTheSoundGoesOn)
 {
     PlayRed();
-    QWidget* const button = FindNamed(u"STRID_TUNEHIVE_TIP_CLOSEPANE");
+    QWidget* const button = Stage::FindNamed(u"STRID_TUNEHIVE_TIP_CLOSEPANE");
     ASSERT_NE(button, nullptr);
     QTest::mouseClick(button, Qt::LeftButton, {}, button->rect().center());
     EXPECT_EQ(FindVideo(), nullptr);
     const double position = stage.GetRemote().GetPosition();
     EXPECT_TRUE(Stage::WaitUntil([&] { return stage.GetRemote().GetPosition() > position + 0.3; }));
     EXPECT_EQ(stage.GetRemote().GetState(), kPlaying);
-    QWidget* const pane = FindNamed(u"STRID_TUNEHIVE_TIP_PANE");
+    QWidget* const pane = Stage::FindNamed(u"STRID_TUNEHIVE_TIP_PANE");
     ASSERT_NE(pane, nullptr);
     QTest::mouseClick(pane, Qt::LeftButton, {}, pane->rect().center());
     EXPECT_TRUE(Stage::WaitUntil([] { return IsRed(); }));
@@ -197,7 +185,8 @@ TEST_F(VideoTest, FillsTheScreenByDoubleClickAndComesBackByEscapeOrAnother)
 
 TEST_F(VideoTest, ThePaneKeepsItsHeightFromTrackToTrack)
 {
-    Play({"red.mp4", "tone.mp3", "long.mp4"});
+    const std::string media = KIVO_TEST_MEDIA;
+    ASSERT_TRUE(stage.Play({media + "red.mp4", media + "tone.mp3", media + "long.mp4"}));
     ASSERT_TRUE(Stage::WaitUntil([] { return IsRed(); }));
     DragSplitter(-120, [] {});
     const int height = FindVideo()->height();

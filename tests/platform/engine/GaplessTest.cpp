@@ -3,11 +3,11 @@
 
 #include "tests/platform/engine/EngineRun.h"
 #include "tests/support/TestLoop.h"
+#include "tests/support/Threads.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <iterator>
+#include <string>
 
 namespace kivo::test {
 
@@ -31,12 +31,7 @@ TEST(Gapless, ManyKindsOneAfterAnother)
     EXPECT_EQ(run.GetTrace(), "9 3 8 9 3 8 9 3 8 9 3 8 9 8 9 3 8 9 3 8 9 3 8 9 3 8 9 3 8");
 }
 
-// With the sound device open it has threads beside those that it rests with.
-long CountThreads()
-{
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-}
-
+// With the sound device open the core has threads beside those that it rests with.
 TEST(Gapless, WhatCannotBePlayedAfterAnEndStillLetsGoOfTheDevice)
 {
     EngineRun run;

@@ -1,31 +1,12 @@
 #include "tests/platform/engine/EngineRun.h"
 #include "tests/support/TestLoop.h"
+#include "tests/support/Threads.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 namespace kivo::test {
 
 namespace {
-
-// How often the threads of the process have gone to sleep, and so were woken.
-long CountWakeUps()
-{
-    constexpr std::string_view kName = "voluntary_ctxt_switches:";
-    long count = 0;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream status(task.path() / "status");
-        std::string line;
-        while (std::getline(status, line)) {
-            if (line.starts_with(kName))
-                count += std::stol(line.substr(kName.size()));
-        }
-    }
-    return count;
-}
 
 // Over two seconds, once everything has come to rest.
 long CountWhileResting()
