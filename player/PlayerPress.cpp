@@ -6,6 +6,7 @@
 #include "player/IPlayingList.h"
 #include "player/MediaPlayerManager.h"
 #include "player/MediaSliderBar.h"
+#include "player/OutputVolume.h"
 #include "player/PlayerPanel.h"
 #include "player/PlayMode.h"
 #include "player/PlayTurn.h"
@@ -66,14 +67,14 @@ void CPlayerPanel::TurnVolume(int angleDelta)
 {
     constexpr int kWheelStep = 120; // A notch, in eighths of a degree.
     constexpr int kVolumeStep = 2;
-    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
-    if (player == nullptr)
+    const int volume = GetOutputVolume();
+    if (volume < 0)
         return;
     wheelRest_ += std::clamp(angleDelta, -100 * kWheelStep, 100 * kWheelStep);
     const int steps = wheelRest_ / kWheelStep;
     wheelRest_ -= steps * kWheelStep;
     if (steps != 0)
-        player->SetVolume(std::clamp(player->GetVolume() + steps * kVolumeStep, 0, 100));
+        SetOutputVolume(std::clamp(volume + steps * kVolumeStep, 0, 100));
 }
 
 void CPlayerPanel::TogglePane()

@@ -1,8 +1,7 @@
 #include "player/VolForm.h"
 
-#include "player/IMediaPlayer.h"
 #include "player/IPage.h"
-#include "player/MediaPlayerManager.h"
+#include "player/OutputVolume.h"
 #include "shell/contracts/ui/SkinSlider.h"
 
 namespace kivo::tunehive {
@@ -60,20 +59,18 @@ LPARAM CVolForm::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
         return result;
     if (page_ != nullptr)
         page_->OnVolFormShown(wParam != 0);
-    if (wParam == 0) {
+    const int volume = GetOutputVolume();
+    if (wParam == 0)
         ShowWindow(0);
-    } else if (IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
-               player != nullptr && slider_ != nullptr) {
-        slider_->SetPosition(player->GetVolume());
-    }
+    else if (slider_ != nullptr && volume >= 0)
+        slider_->SetPosition(volume);
     return result;
 }
 
 void CVolForm::OnSlider(ui::CSkinObject* sender, void* /*data*/)
 {
-    IMediaPlayer* player = CMediaPlayerManager::FindPlayer();
-    if (slider_ != nullptr && sender == slider_ && player != nullptr)
-        player->SetVolume(slider_->GetPosition());
+    if (slider_ != nullptr && sender == slider_)
+        SetOutputVolume(slider_->GetPosition());
 }
 
 } // namespace kivo::tunehive

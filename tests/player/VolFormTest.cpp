@@ -2,7 +2,9 @@
 
 #include "player/MediaPlayerManager.h"
 #include "shell/base/Settings.h"
+#include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/base/Released.h"
+#include "shell/contracts/control/MediaEngineSettings.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "shell/contracts/ui/SkinSlider.h"
 #include "tests/support/FakePage.h"
@@ -85,6 +87,23 @@ TEST_F(VolFormTest, EachMoveOfTheSliderSetsTheVolumeAndRemembersIt)
     control.calls.clear();
     form->FireEvent(ui::kControlEvent, nullptr); // Not the slider's.
     EXPECT_EQ(control.CountCalls("SetVolume"), 0);
+}
+
+// Otherwise it would stand at the bottom on the first day, and what the user sets would be lost.
+TEST_F(VolFormTest, BeyondItShowsAndSetsWhatTheFirstTrackStartsWith)
+{
+    MediaEngineVolume kept{35, true};
+    MediaEngineSettings settings;
+    settings.loadVolume = [&kept] { return kept; };
+    settings.storeVolume = [&kept](const MediaEngineVolume& volume) { kept = volume; };
+    SetMediaEngineSettings(settings);
+    SetBeyond(true);
+    Activate(true);
+    EXPECT_EQ(Slider().GetPosition(), 35);
+    Slider().OnKeyDown(ui::SliderKey::StepForward);
+    EXPECT_EQ(kept, (MediaEngineVolume{37, true}));
+    SetBeyond(false);
+    SetMediaEngineSettings({});
 }
 
 TEST_F(VolFormTest, AskedToCloseForGoodItTellsThePageAndGoes)
