@@ -147,15 +147,11 @@ public:
         for (ui::CSkinListItem* row : rows)
             row->SetSelected(1);
     }
+    // Its name is being edited then.
     String NewGroup()
     {
-        const auto before = GroupIds();
         tree_->NewGroup();
-        for (const String& id : GroupIds()) {
-            if (std::find(before.begin(), before.end(), id) == before.end())
-                return id;
-        }
-        return {};
+        return tree_->GetEditedRow()->GetID();
     }
 
 protected:
