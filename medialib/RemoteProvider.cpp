@@ -11,6 +11,8 @@ RemoteProvider::~RemoteProvider()
     life_.End();
     for (const auto& [url, reader] : readers_)
         reader->Close();
+    readers_
+        .clear(); // While the rest still stands: a report may be under way until they have gone.
 }
 
 void RemoteProvider::Release()
