@@ -1,7 +1,5 @@
 #include "medialib/LibCache.h"
 
-#include "medialib/IMediaLibManager.h"
-#include "tests/medialib/Record.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -63,19 +61,6 @@ TEST_F(LibCache, MakesExactlyTheFilesThatWereMergedIntoAtItsEnd)
               kHead + "<Caches>\n    <Cache id=\"mms://host/c\" />\n</Caches>\n");
 }
 
-TEST_F(LibCache, AHitReplacesTheRecordAndAMissLeavesItAlone)
-{
-    cache_.Initialize(folder_.GetPath());
-    cache_.WaitUntilLoaded();
-    info_ = Record(0, u"old");
-    EXPECT_FALSE(cache_.GetMediaInfo(u"/a", info_));
-    EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Miss);
-    EXPECT_EQ(info_, Record(0, u"old"));
-    cache_.SetMediaInfo(u"/a", Record(1, u"A"));
-    EXPECT_EQ(cache_.Peek(u"/a", info_), CacheLook::Hit);
-    EXPECT_EQ(info_, Record(1, u"A"));
-}
-
 TEST_F(LibCache, AThirdFileIsReadButNeverAskedOrRewritten)
 {
     const std::string text = "<?xml version='1.0'?><Caches><Cache id='/a' title='T'/></Caches>";
@@ -92,18 +77,6 @@ TEST_F(LibCache, AThirdFileIsReadButNeverAskedOrRewritten)
     EXPECT_EQ(folder_.Read("old.mlib"),
               kHead + "<Caches>\n    <Cache id=\"/a\" title=\"T\" />\n</Caches>\n");
     EXPECT_FALSE(folder_.Has("old.mlib.older"));
-}
-
-// A run that ended between the set-aside and the save.
-TEST_F(LibCache, AnOlderFormLeftAsideIsTakenBackAndOutlivesARun)
-{
-    folder_.Write(kLocal + ".older", "<Caches><Cache id='/a' title='T'/></Caches>");
-    cache_.Initialize(folder_.GetPath());
-    cache_.Uninitialize();
-    EXPECT_EQ(folder_.List(), std::vector<std::string>{kLocal});
-    cache_.Initialize(folder_.GetPath());
-    EXPECT_TRUE(cache_.GetMediaInfo(u"/a", info_));
-    EXPECT_EQ(info_, Record(0, u"T"));
 }
 
 } // namespace

@@ -45,10 +45,11 @@ TEST(LibCacheThreads, WhoAsksDuringTheLoadWaitsAndHits)
     EXPECT_EQ(info.size(), 3U) << "the merge came on top of what was loaded";
 }
 
+// Nor does an earlier one between the set-aside and the save.
 TEST(LibCacheThreads, TheEndDuringTheLoadLosesNothing)
 {
     const test::TempFolder folder;
-    folder.Write(kLocal, "<Caches><Cache id='/a' title='T'/></Caches>");
+    folder.Write(kLocal + ".older", "<Caches><Cache id='/a' title='T'/></Caches>");
     {
         CLibCache cache;
         cache.Initialize(folder.GetPath());

@@ -1,10 +1,8 @@
 #include "medialib/RemoteProvider.h"
 
 #include "medialib/IMediaLibManager.h"
-#include "medialib/MediaLibManager.h"
 #include "medialib/MediaLibUpdateParam.h"
 #include "medialib/RemoteReaderCallback.h"
-#include "tests/medialib/Record.h"
 #include "tests/medialib/ScriptedAttributes.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -155,21 +153,6 @@ TEST_F(RemoteProviderTest, ItsEndClosesItsReadersAndSilencesWhatIsUnderWay)
     host_.RunPosted();
     EXPECT_EQ(attributes_.log.size(), 4U);
     EXPECT_TRUE(updates_.empty());
-}
-
-TEST_F(RemoteProviderTest, BehindTheManagerTheFirstRequestMissesAndALaterOneHits)
-{
-    auto& manager = static_cast<MediaLibManager&>(*GetMediaLibManager());
-    manager.SetRemoteProvider(Released<IRemoteMediaInfoProvider>(provider_.release()));
-    MediaInfo info;
-    EXPECT_EQ(manager.GetMediaInfo(kUrl, info), 0);
-    EXPECT_EQ(info, Record(kInfoTitle, kUrl));
-    host_.RunPosted();
-    attributes_.headers[kUrl].SetText(u"Title", u"Station");
-    Report(WMT_STATUS::Opened);
-    EXPECT_EQ(manager.GetMediaInfo(kUrl, info), 1);
-    EXPECT_EQ(GetInfoText(info, kInfoTitle), u"Station");
-    EXPECT_EQ(host_.CountPosted(), 0U);
 }
 
 } // namespace
