@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace kivo::ui::qt {
@@ -46,8 +47,40 @@ QTextOption OptionFor(const QString& text, TextSide side)
     return option;
 }
 
+// The number of lines at that width; nothing: a word is wider.
+std::optional<int> CountLines(QTextLayout& layout, int width)
+{
+    bool fits = true;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        fits = fits && line.naturalTextWidth() <= width;
+    }
+    layout.endLayout();
+    return fits ? std::optional(layout.lineCount()) : std::nullopt;
+}
+
+// The least width that takes no more lines, so that no last line is left with a single word.
+int BalancedWidth(const QString& lines, const QFont& font, int width)
+{
+    QTextLayout layout(lines, font);
+    layout.setTextOption(QTextOption());
+    const std::optional<int> most = CountLines(layout, width);
+    int least = most ? 1 : width;
+    int balanced = width;
+    while (least < balanced) {
+        const int middle = (least + balanced) / 2;
+        const std::optional<int> count = CountLines(layout, middle);
+        if (count && *count <= *most)
+            balanced = middle;
+        else
+            least = middle + 1;
+    }
+    return balanced;
+}
+
 // Breaks the text into lines a pitch apart and shows each to `use`, with its place in the
-// paragraph. The height of all.
+// paragraph; centred ones are about as long as each other. The height of all.
 template <class Use>
 int BreakParagraph(const QString& text, const QFont& font, int width, TextSide side, Use use)
 {
@@ -57,14 +90,16 @@ int BreakParagraph(const QString& text, const QFont& font, int width, TextSide s
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     QTextLayout layout(lines, font);
     layout.setTextOption(option);
+    const int lineWidth = side == TextSide::Centre ? BalancedWidth(lines, font, width) : width;
     const int pitch = GetParagraphPitch(font);
     int height = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
+        line.setLineWidth(lineWidth);
         // Letters of another font may be higher than the pitch.
         const int own = std::max(pitch, static_cast<int>(std::ceil(line.height())));
-        line.setPosition({0.0, height + std::floor((own - line.height()) / 2)});
+        const qreal above = std::floor((own - line.height()) / 2);
+        line.setPosition({(width - lineWidth) / 2.0, height + above});
         height += own;
     }
     layout.endLayout();

@@ -30,7 +30,7 @@ void DrawLine(
 // The height that a paragraph takes in that width.
 [[nodiscard]] int MeasureParagraph(const QFont& font, const QString& text, int width);
 
-// Wrapped at words; from the top.
+// Wrapped at words; from the top. The lines of a centred one are about as long as each other.
 void DrawParagraph(QPainter& painter, const QRect& place, const QString& text, TextSide side);
 
 } // namespace kivo::ui::qt

@@ -1,4 +1,5 @@
 #include "platform/ui/qt/RowView.h"
+#include "platform/ui/qt/TextLine.h"
 #include "platform/ui/qt/WidgetPeer.h"
 #include "shell/contracts/ui/SkinButton.h"
 #include "shell/contracts/ui/SkinForm.h"
@@ -10,7 +11,11 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
 #include <QTest>
+
+#include <algorithm>
 
 namespace kivo::ui::qt {
 namespace {
@@ -173,6 +178,36 @@ TEST_F(ListRowTest, ABoxIsTickedByItsControlAlone)
     EXPECT_FALSE(box.isChecked()); // Nobody listened.
     check->SetChecked(1);
     EXPECT_TRUE(access->state().checked);
+}
+
+// How much of a picture's line is ink, from the first dark pixel to the last.
+int InkWidth(const QImage& picture, int top, int bottom)
+{
+    int first = picture.width();
+    int last = 0;
+    for (int y = top; y < bottom; ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if (qGray(picture.pixel(x, y)) < 128) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+    return last - first;
+}
+
+TEST(Paragraph, CentredLinesAreAboutAsLongAsEachOther)
+{
+    const Desk desk;
+    const QFont font = QApplication::font();
+    const QString text = QStringLiteral("See what your friends listen to");
+    const int width = QFontMetrics(font).horizontalAdvance(text) - 5; // "to" wraps alone.
+    const int pitch = GetParagraphPitch(font);
+    ASSERT_EQ(MeasureParagraph(font, text, width), 2 * pitch);
+    QImage picture(width, 2 * pitch, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.setFont(font);
+    DrawParagraph(painter, picture.rect(), text, TextSide::Centre);
+    EXPECT_GT(InkWidth(picture, pitch, 2 * pitch), InkWidth(picture, 0, pitch) / 2);
 }
 
 TEST_F(ListRowTest, AParagraphAsksForTheHeightOfItsWidth)
