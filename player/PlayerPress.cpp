@@ -209,11 +209,13 @@ String CPlayerPanel::ChooseAutoNext()
     if (list == nullptr)
         return {};
     const int mode = GetPlayMode();
-    const int count = list->GetPlayingCount();
+    int left = list->GetPlayingCount(); // Tries.
+    if (mode == static_cast<int>(PlayMode::RepeatTrack))
+        left = std::min(left, 1); // The mark stands: another look would find the same.
     String candidate;
     bool isFound = false;
     list->BeginMoves();
-    for (int tries = 0; tries < count && !isFound; ++tries) {
+    for (; left > 0 && !isFound; --left) {
         candidate = PickByMode(mode, *list, candidate);
         if (candidate.empty())
             break;
@@ -228,11 +230,7 @@ String CPlayerPanel::PickByMode(int mode, IPlayingList& list, const String& cand
     String url;
     switch (static_cast<PlayMode>(mode)) {
     case PlayMode::Track: break;
-    case PlayMode::RepeatTrack:
-        list.GetCurrentURL(url);
-        if (!UrlIsW(url) && !PathFileExistsW(url))
-            url.clear();
-        break;
+    case PlayMode::RepeatTrack: list.GetCurrentURL(url); break;
     case PlayMode::Sequence: list.GetNextURL(url, /*wrap=*/0); break;
     case PlayMode::RepeatGroup: list.GetNextURL(url, /*wrap=*/1); break;
     case PlayMode::Random: list.GetRandomURL(url); break;

@@ -59,6 +59,7 @@ TEST_F(PlayerPanelTest, AReportedEndOrAStopClearsTheCountAtTheEnd)
         SCOPED_TRACE(state);
         PlayRow(0, 4);
         PassSeconds(6);
+        EXPECT_EQ(host.CountPosted(), 0U);
         Report(state);
         host.ReleasePosted();
         PlayRow(0, 4);
