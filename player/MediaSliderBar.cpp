@@ -75,6 +75,7 @@ void CMediaSliderBar::DragGhost(Point point)
     if (distance == 0)
         return;
 
+    const bool isTowardsMinimum = (distance < 0) != vertical; // Vertical ones grow upwards.
     const int channelStart = vertical ? channel.top : channel.left;
     const int channelEnd = vertical ? channel.bottom : channel.right;
     const int ghostStart = vertical ? ghost_.top : ghost_.left;
@@ -84,12 +85,12 @@ void CMediaSliderBar::DragGhost(Point point)
         SetLastPoint(point);
         const int position = PositionAt(ghostStart + distance);
         ghostPosition_ =
-            distance > 0 ? std::min(position, GetMaximum()) : std::max(position, GetMinimum());
+            isTowardsMinimum ? std::max(position, GetMinimum()) : std::min(position, GetMaximum());
     } else {
         const int rest = distance < 0 ? channelStart - ghostStart : channelEnd - ghostEnd;
         MoveGhost(rest);
         SetLastPoint(vertical ? Point{last.x, last.y + rest} : Point{last.x + rest, last.y});
-        ghostPosition_ = distance < 0 ? GetMinimum() : GetMaximum();
+        ghostPosition_ = isTowardsMinimum ? GetMinimum() : GetMaximum();
     }
     Refresh();
 }

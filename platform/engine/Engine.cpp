@@ -153,7 +153,7 @@ String Engine::GetItemInfo(const String& name) const
     if (name == u"Duration")
         return NumberText(duration_);
     if (name == u"FileSize")
-        return NumberText(static_cast<double>(facts_.fileSize));
+        return NumberText(facts_.fileSize);
     if (name == u"Bitrate")
         return NumberText(std::round(tags_.bitrate));
     return {};

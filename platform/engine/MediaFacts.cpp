@@ -78,7 +78,7 @@ MediaFacts ReadMediaFacts(mpv_handle* core)
     CoreNode node;
     if (node.Read(core, "track-list"))
         ReadTracks(node.Get(), facts);
-    facts.fileSize = static_cast<std::int64_t>(ReadNumber(core, "file-size"));
+    facts.fileSize = ReadNumber(core, "file-size");
     if (node.Read(core, "file-format"))
         facts.fileFormat = GetText(&node.Get());
     return facts;

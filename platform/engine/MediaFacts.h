@@ -2,7 +2,6 @@
 
 #include <mpv/client.h>
 
-#include <cstdint>
 #include <string>
 
 namespace kivo {
@@ -21,7 +20,7 @@ struct MediaFacts {
     int rate = 0;            // Of the first sound track; 0: it doesn't say.
     int channels = 0;
     std::string channelLayout; // By the core's name.
-    std::int64_t fileSize = 0;
+    double fileSize = 0;       // Bytes; a server may claim any number.
     std::string fileFormat;
 };
 

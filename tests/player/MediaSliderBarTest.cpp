@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 namespace kivo::tunehive {
@@ -109,6 +110,27 @@ TEST_F(MediaSliderBarTest, PastAnEndTheGhostWaitsForTheHand)
         Move(step.hand);
         EXPECT_EQ(bar.GetGhostPosition(), step.ghost) << step.hand;
     }
+}
+
+TEST_F(MediaSliderBarTest, AnUprightOneGrowsUpwards)
+{
+    bar.SetVertical(1);
+    bar.SetBounds(20, 50, 6, 214); // The thumb has 200 to go.
+    bar.OnLButtonDown(1, {3, 205});
+    for (const auto& [hand, ghost] : {
+             std::pair{105,  50 },
+             {5,    100},
+             {-300, 100},
+             {105,  50 },
+             {205,  0  },
+             {900,  0  }
+    }) {
+        bar.OnMouseMove(1, {3, hand});
+        EXPECT_EQ(bar.GetGhostPosition(), ghost) << hand;
+    }
+    bar.OnMouseMove(1, {3, 55});
+    bar.OnLButtonUp(0, {3, 55});
+    EXPECT_EQ(drops, std::vector<int>{75});
 }
 
 TEST_F(MediaSliderBarTest, AClickOnTheChannelSeeksThere)

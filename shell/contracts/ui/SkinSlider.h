@@ -63,8 +63,8 @@ protected:
     [[nodiscard]] Rect GetChannelRect() const { return GetBoundsRect(); }
     // Where a thumb of the present size stands for a position, and which position a thumb's start
     // (left or, vertical, top) stands for: minimum + (start - channel start) x (maximum - minimum)
-    // / (channel length - thumb length), in 64-bit whole numbers; the minimum when the channel is
-    // no longer than the thumb.
+    // / (channel length - thumb length), in 64-bit whole numbers, a vertical one counted from the
+    // other end; the minimum when the channel is no longer than the thumb.
     [[nodiscard]] Rect ThumbAt(int position) const;
     [[nodiscard]] int PositionAt(int thumbStart) const;
     void SetThumbRect(const Rect& thumb) { thumb_ = thumb; }
