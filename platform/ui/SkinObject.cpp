@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <vector>
 
 namespace kivo::ui {
 
@@ -408,9 +409,14 @@ void CSkinObject::FireEvent(int event, void* data)
     const LifeWatch sender = Watch();
     for (const CSkinObject* object = this; object != nullptr; object = object->parent_) {
         const LifeWatch life = object->Watch();
-        object->GetExtra().listeners.Notify(this, data);
-        if (!sender.IsAlive() || !life.IsAlive())
-            return;
+        const auto& listeners = object->GetExtra().listeners.GetAll();
+        // One by one: the next must not be told of a sender that is gone.
+        for (const EventDelegate& listener : std::vector(listeners)) {
+            if (std::find(listeners.begin(), listeners.end(), listener) != listeners.end())
+                listener(this, data);
+            if (!sender.IsAlive() || !life.IsAlive())
+                return;
+        }
     }
 }
 

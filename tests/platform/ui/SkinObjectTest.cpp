@@ -59,19 +59,23 @@ TEST(Events, ReachTheObjectAndThenEachPanelAboveWithTheSenderUnchanged)
     tower.page->Release();
 }
 
-TEST(Events, AListenerMayDestroyTheSender)
+TEST(Events, AfterAListenerThatDestroysTheSenderNoneIsTold)
 {
-    Tower tower;
-    Ear killer;
-    Ear after;
-    killer.then = [&tower] { tower.button->Release(); };
-    tower.button->ListenEvent(kControlEvent, killer.Delegate());
-    tower.button->ListenEvent(kControlEvent, after.Delegate());
-    tower.page->ListenEvent(kControlEvent, after.Delegate());
-    tower.button->FireEvent(kControlEvent, nullptr);
-    EXPECT_TRUE(after.senders.empty());
-    EXPECT_TRUE(tower.strip->GetControls().empty());
-    tower.page->Release();
+    for (const bool above : {false, true}) {
+        SCOPED_TRACE(above);
+        Tower tower;
+        Ear killer;
+        Ear after;
+        killer.then = [&tower] { tower.button->Release(); };
+        CSkinObject* const listened = above ? tower.page : static_cast<CSkinObject*>(tower.button);
+        listened->ListenEvent(kControlEvent, killer.Delegate());
+        listened->ListenEvent(kControlEvent, after.Delegate());
+        tower.strip->ListenEvent(kControlEvent, above ? EventDelegate() : after.Delegate());
+        tower.button->FireEvent(kControlEvent, nullptr);
+        EXPECT_TRUE(after.senders.empty());
+        EXPECT_TRUE(tower.strip->GetControls().empty());
+        tower.page->Release();
+    }
 }
 
 TEST(Events, AListenerMayDestroyEverythingAboveTheSender)
