@@ -24,8 +24,6 @@ std::int64_t SystemClock()
 
 struct Timer {
     TimerId handle;
-    HWND window;
-    TimerId id;
     std::int64_t period;
     std::int64_t due;
     TimerProc callback;
@@ -99,17 +97,14 @@ void TimerService::SetArm(Arm arm)
     impl_->Rearm();
 }
 
-TimerId TimerService::Start(HWND window, TimerId id, unsigned periodMs, TimerProc callback)
+TimerId TimerService::Start(unsigned periodMs, TimerProc callback)
 {
     impl_->owner.Check();
     if (callback == nullptr)
         return 0;
-    if (window != 0)
-        std::erase_if(impl_->timers,
-                      [&](const Timer& t) { return t.window == window && t.id == id; });
     const std::int64_t period = std::max(periodMs, kShortest);
     const TimerId handle = ++impl_->last;
-    impl_->timers.push_back({handle, window, id, period, impl_->clock() + period, callback});
+    impl_->timers.push_back({handle, period, impl_->clock() + period, callback});
     impl_->Rearm();
     return handle;
 }
@@ -135,7 +130,7 @@ void TimerService::RunDue()
         const Timer ticked = *timer; // The callback may free the timer's place,
         impl_->Rearm();              // and run an event loop of its own.
         ticked.callback(
-            ticked.window, kTimerMessage, ticked.handle, static_cast<std::uint32_t>(now));
+            /*window=*/0, kTimerMessage, ticked.handle, static_cast<std::uint32_t>(now));
     }
     impl_->Rearm();
 }
@@ -156,9 +151,9 @@ void TimerService::KillOfLibrary(const void* address)
     impl_->Rearm();
 }
 
-TimerId SetTimer(HWND window, TimerId id, unsigned periodMs, TimerProc callback)
+TimerId SetTimer(HWND /*window*/, TimerId /*id*/, unsigned periodMs, TimerProc callback)
 {
-    return TimerService::Get().Start(window, id, periodMs, callback);
+    return TimerService::Get().Start(periodMs, callback);
 }
 
 int KillTimer(HWND /*window*/, TimerId handle)

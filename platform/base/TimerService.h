@@ -30,9 +30,8 @@ public:
     void SetClock(Clock clock); // An empty one restores the system's. Running timers start anew.
     void SetArm(Arm arm);       // Called at once, and whenever the next due time changes.
 
-    // A window's timer with the same id is replaced. 0: there is no callback.
-    TimerId Start(HWND window, TimerId id, unsigned periodMs, TimerProc callback);
-    int Kill(TimerId handle); // 1: it ran and is gone.
+    TimerId Start(unsigned periodMs, TimerProc callback); // 0: there is no callback.
+    int Kill(TimerId handle);                             // 1: it ran and is gone.
 
     // Runs each timer that is due, once however often it was missed, the earliest first. A callback
     // may start and kill any timer; what it starts is not due in the same call.

@@ -14,8 +14,8 @@ using TimerId = std::uintptr_t;
 // program's start.
 using TimerProc = void (*)(HWND, unsigned, TimerId, std::uint32_t);
 
-// Starts a repeating timer of `periodMs` milliseconds and gives its fresh handle. Without a window
-// `id` is ignored. Ticks missed while the thread is busy are dropped. Thread: user interface.
+// Starts a repeating timer of `periodMs` milliseconds and gives its fresh handle. `window` is 0, so
+// that `id` is ignored. Ticks missed while the thread is busy are dropped. Thread: user interface.
 KIVO_API TimerId SetTimer(HWND window, TimerId id, unsigned periodMs, TimerProc callback);
 
 // 1: the timer ran and is gone. 0: there is none by that handle; harmless. A callback may kill its

@@ -27,11 +27,6 @@ void Hear(HWND window, unsigned message, TimerId handle, std::uint32_t /*now*/)
         heard.onTick(handle);
 }
 
-void HearOther(HWND /*window*/, unsigned /*message*/, TimerId handle, std::uint32_t now)
-{
-    heard.ticks.push_back(handle * 1000000 + now);
-}
-
 class Timers : public testing::Test {
 protected:
     Timers()
@@ -55,7 +50,7 @@ protected:
 TEST_F(Timers, TickAtEachPeriodDropMissedTicksAndKeepTheBeat)
 {
     EXPECT_EQ(armed_, -1);
-    const TimerId timer = service_.Start(0, 0, 100, Hear);
+    const TimerId timer = service_.Start(100, Hear);
     EXPECT_EQ(armed_, 100);
     Turn(99);
     EXPECT_EQ(Taken(), Ticks{});
@@ -71,39 +66,29 @@ TEST_F(Timers, TickAtEachPeriodDropMissedTicksAndKeepTheBeat)
 
 TEST_F(Timers, AreRunInTheOrderOfTheirDueTimes)
 {
-    const TimerId slow = service_.Start(0, 0, 300, Hear);
-    const TimerId quick = service_.Start(0, 0, 100, Hear);
+    const TimerId slow = service_.Start(300, Hear);
+    const TimerId quick = service_.Start(100, Hear);
     Turn(300);
     EXPECT_EQ(Taken(), (Ticks{quick, slow}));
 }
 
 TEST_F(Timers, HandlesAreNeverGivenTwiceAndPeriodsHaveAShortest)
 {
-    const TimerId first = service_.Start(0, 7, 0, Hear);
+    const TimerId first = service_.Start(0, Hear);
     EXPECT_EQ(armed_, TimerService::kShortest);
-    const TimerId second = service_.Start(0, 7, 100, Hear); // Without a window the id is ignored.
+    const TimerId second = service_.Start(100, Hear);
     EXPECT_NE(first, second);
     EXPECT_EQ(service_.Kill(first), 1);
     EXPECT_EQ(service_.Kill(first), 0);
     EXPECT_EQ(service_.Kill(0), 0);
-    EXPECT_GT(service_.Start(0, 7, 100, Hear), second);
-    EXPECT_EQ(service_.Start(0, 0, 100, nullptr), 0U);
-}
-
-TEST_F(Timers, AWindowsTimerReplacesItsNamesake)
-{
-    const TimerId first = service_.Start(5, 7, 100, HearOther);
-    const TimerId second = service_.Start(5, 7, 100, HearOther);
-    const TimerId other = service_.Start(6, 7, 100, HearOther);
-    EXPECT_EQ(service_.Kill(first), 0);
-    Turn(100);
-    EXPECT_EQ(Taken(), (Ticks{second * 1000000 + 1100, other * 1000000 + 1100}));
+    EXPECT_GT(service_.Start(100, Hear), second);
+    EXPECT_EQ(service_.Start(100, nullptr), 0U);
 }
 
 TEST_F(Timers, ACallbackMayKillItselfAndOthers)
 {
-    const TimerId first = service_.Start(0, 0, 100, Hear);
-    const TimerId second = service_.Start(0, 0, 100, Hear);
+    const TimerId first = service_.Start(100, Hear);
+    const TimerId second = service_.Start(100, Hear);
     heard.onTick = [&](TimerId) {
         EXPECT_EQ(service_.Kill(first), 1);
         EXPECT_EQ(service_.Kill(second), 1);
@@ -117,11 +102,11 @@ TEST_F(Timers, ACallbackMayKillItselfAndOthers)
 
 TEST_F(Timers, WhatACallbackStartsWaitsForItsOwnTime)
 {
-    service_.Start(0, 0, 100, Hear);
+    service_.Start(100, Hear);
     TimerId started = 0;
     heard.onTick = [&](TimerId) {
         if (started == 0)
-            started = service_.Start(0, 0, 10, Hear);
+            started = service_.Start(10, Hear);
     };
     Turn(100);
     EXPECT_EQ(Taken().size(), 1U);
@@ -133,8 +118,8 @@ TEST_F(Timers, WhatACallbackStartsWaitsForItsOwnTime)
 // A callback that runs an event loop of its own: the other timers go on, it doesn't tick in itself.
 TEST_F(Timers, AreArmedWhileACallbackRuns)
 {
-    const TimerId modal = service_.Start(0, 0, 1000, Hear);
-    const TimerId other = service_.Start(0, 0, 1300, Hear);
+    const TimerId modal = service_.Start(1000, Hear);
+    const TimerId other = service_.Start(1300, Hear);
     heard.onTick = [&](TimerId handle) {
         if (handle != modal)
             return;
@@ -148,7 +133,7 @@ TEST_F(Timers, AreArmedWhileACallbackRuns)
 
 TEST_F(Timers, GoWithTheirLibrary)
 {
-    service_.Start(0, 0, 100, Hear);
+    service_.Start(100, Hear);
     service_.KillOfLibrary(reinterpret_cast<const void*>(&poll));
     EXPECT_EQ(armed_, 100);
     service_.KillOfLibrary(&heard);
@@ -160,11 +145,13 @@ TEST_F(Timers, StandBehindTheContract)
     TimerService& service = TimerService::Get();
     service.SetClock([this] { return now_; });
     const TimerId timer = SetTimer(0, 3, 1000, Hear);
+    EXPECT_NE(SetTimer(0, 3, 2000, Hear), timer); // The id is ignored.
     now_ += 1000;
     service.RunDue();
     EXPECT_EQ(Taken(), Ticks{timer});
     EXPECT_EQ(KillTimer(0, timer), 1);
     EXPECT_EQ(KillTimer(0, timer), 0);
+    service.KillOfLibrary(&heard);
     service.SetClock({});
 }
 
