@@ -32,15 +32,45 @@ Outcome Parse(const std::string& text)
     return outcome;
 }
 
+const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
+
+struct BodyCase {
+    const char* name;
+    const char* body;
+    const char* records;
+};
+
+constexpr BodyCase kBodies[] = {
+    {"Records",                    "<a v=\"1\"/><b v='2' />",         "a:1,b:2,"       },
+    {"AnAttributeInOtherLetters",  "<a V='1'/>",                      "a:1,"           },
+    {"TheFirstOfTwoSpellings",     "<a V='1' v='2'/>",                "a:1,"           },
+    {"TextAndCommentsBetween",     "x<!-- <a v='0'/> --><a v='1'/>y", "a:1,"           },
+    {"NestedElementsAreNoRecords", "<a v='1'><b v='2'/></a>",         "a:1,"           },
+    {"LineEndsInValues",           "<a v='1\r\n2\r3'/>",              "a:1\n2\n3,"     },
+    {"NoBlankBetweenAttributes",   "<a w='0'v='1'/>",                 "a:1,"           },
+    {"AnotherQuoteInside",         "<a v='\"/>\"'/>",                 "a:\"/>\","      },
+    {"AQuoteBehindALeadByte",      "<a v=\"\xE4\"/><b v=\"2\"/>",     "a:\xE4,b:2,"    },
+    {"ALoneSurrogateKeepsBytes",   "<a v=\"\xED\xB2\x80\"/>",         "a:\xED\xB2\x80,"},
+    {"ACharacterByNumberInUtf8",   "<a v=\"&#x4E2D;&#x01;\"/>",       "a:中\x01,"     },
+};
+
+TEST(ParseXmlRecords, GivesTheElementsOfTheRoot)
+{
+    for (const BodyCase& row : kBodies) {
+        SCOPED_TRACE(row.name);
+        const Outcome outcome = Parse(kHead + "<Root>" + row.body + "</Root>");
+        EXPECT_EQ(outcome.result, XmlResult::Read);
+        EXPECT_EQ(outcome.records, row.records);
+    }
+}
+
 struct ParseCase {
     const char* name;
     std::string text;
     XmlResult result;
-    const char* records;
 };
 
-const std::string kHead = "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"no\" ?>\n";
-
+const std::string kOne = "<Root><a v='1'/></Root>";
 const std::string kZeroByteFirst("\0<Root/>", 8);
 const std::string kZeroByteInside("<Root><a v='1'/>\0</Root>", 24);
 const std::string kTooDeep = [] {
@@ -51,55 +81,31 @@ const std::string kTooDeep = [] {
 }();
 
 const ParseCase kParseCases[] = {
-    {"NoBytes",                    "",                                                 XmlResult::Empty,  ""          },
-    {"Records",                    kHead + "<Root><a v=\"1\"/><b v='2' /></Root>",     XmlResult::Read,   "a:1,b:2,"  },
-    {"AnAttributeInOtherLetters",  "<Root><a V='1'/></Root>",                          XmlResult::Read,   "a:1,"      },
-    {"TheFirstOfTwoSpellings",     "<Root><a V='1' v='2'/></Root>",                    XmlResult::Read,   "a:1,"      },
-    {"NoRoot",                     kHead + "<Other><a v='1'/></Other>",                XmlResult::NoRoot, ""          },
-    {"TheFirstOfTwoRoots",
-     "<Root><a v='1'/></Root><Root><a v='2'/></Root>",                                 XmlResult::Read,
-     "a:1,"                                                                                                           },
-    {"TextAndCommentsBetween",
-     "<Root>x<!-- <a v='0'/> --><a v='1'/>y</Root>",                                   XmlResult::Read,
-     "a:1,"                                                                                                           },
-    {"NestedElementsAreNoRecords", "<Root><a v='1'><b v='2'/></a></Root>",             XmlResult::Read,   "a:1,"      },
-    {"TextBehindTheRoot",          "<Root><a v='1'/></Root> and more",                 XmlResult::Read,   "a:1,"      },
-    {"AByteOrderMark",             "\xEF\xBB\xBF" + kHead + "<Root><a v='1'/></Root>", XmlResult::Read,   "a:1,"      },
-    {"BlanksBeforeTheDeclaration",
-     "\n " + kHead + "<Root><a v='1'/></Root>",
-     XmlResult::Read,
-     "a:1,"                                                                                                           },
-    {"LineEndsInValues",           "<Root><a v='1\r\n2\r3'/></Root>",                  XmlResult::Read,   "a:1\n2\n3,"},
-    {"OnlyBlanks",                 "  \n",                                             XmlResult::NoRoot, ""          },
-    {"AZeroByteFirst",             kZeroByteFirst,                                     XmlResult::NoRoot, ""          },
-    {"ATagThatNeverEnds",          "<Root><a v='1'",                                   XmlResult::Failed, ""          },
-    {"AnEndTagInOtherLetters",     "<Root><a v='1'/></root>",                          XmlResult::Failed, "a:1,"      },
-    {"AnAttributeTwice",           "<Root><a v='1' v='1'/></Root>",                    XmlResult::Failed, ""          },
-    {"ANulEndsTheText",            kZeroByteInside,                                    XmlResult::Failed, "a:1,"      },
-    {"NoBlankBetweenAttributes",   "<Root><a w='0'v='1'/></Root>",                     XmlResult::Read,   "a:1,"      },
-    {"AnotherQuoteInside",         "<Root><a v='\"/>\"'/></Root>",                     XmlResult::Read,   "a:\"/>\"," },
-    {"TooDeep",                    kTooDeep,                                           XmlResult::Failed, ""          },
-    {"AQuoteBehindALeadByte",
-     kHead + "<Root><a v=\"\xE4\"/><b v=\"2\"/></Root>",
-     XmlResult::Read,
-     "a:\xE4,b:2,"                                                                                                    },
-    {"ALoneSurrogateKeepsBytes",
-     kHead + "<Root><a v=\"\xED\xB2\x80\"/></Root>",
-     XmlResult::Read,
-     "a:\xED\xB2\x80,"                                                                                                },
-    {"ACharacterByNumberInUtf8",
-     kHead + "<Root><a v=\"&#x4E2D;&#x01;\"/></Root>",
-     XmlResult::Read,
-     "a:中\x01,"                                                                                                     },
+    {"One",                        kOne,                                XmlResult::Read  },
+    {"TheFirstOfTwoRoots",         kOne + "<Root><a v='2'/></Root>",    XmlResult::Read  },
+    {"TextBehindTheRoot",          kOne + " and more",                  XmlResult::Read  },
+    {"AByteOrderMark",             "\xEF\xBB\xBF" + kHead + kOne,       XmlResult::Read  },
+    {"BlanksBeforeTheDeclaration", "\n " + kHead + kOne,                XmlResult::Read  },
+    {"NoBytes",                    "",                                  XmlResult::Empty },
+    {"OnlyBlanks",                 "  \n",                              XmlResult::NoRoot},
+    {"NoRoot",                     kHead + "<Other><a v='1'/></Other>", XmlResult::NoRoot},
+    {"AZeroByteFirst",             kZeroByteFirst,                      XmlResult::NoRoot},
+    {"ATagThatNeverEnds",          "<Root><a v='1'",                    XmlResult::Failed},
+    {"AnEndTagInOtherLetters",     "<Root><a v='1'/></root>",           XmlResult::Failed},
+    {"AnAttributeTwice",           "<Root><a v='1' v='1'/></Root>",     XmlResult::Failed},
+    {"ANulEndsTheText",            kZeroByteInside,                     XmlResult::Failed},
+    {"TooDeep",                    kTooDeep,                            XmlResult::Failed},
 };
 
-TEST(ParseXmlRecords, GivesTheElementsOfTheRoot)
+TEST(ParseXmlRecords, TellsWhatItMadeOfTheText)
 {
     for (const ParseCase& row : kParseCases) {
         SCOPED_TRACE(row.name);
         const Outcome outcome = Parse(row.text);
         EXPECT_EQ(outcome.result, row.result);
-        EXPECT_EQ(outcome.records, row.records);
+        if (row.result == XmlResult::Read) {
+            EXPECT_EQ(outcome.records, "a:1,");
+        }
     }
 }
 

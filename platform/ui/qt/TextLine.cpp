@@ -90,7 +90,8 @@ int BreakParagraph(const QString& text, const QFont& font, int width, TextSide s
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     QTextLayout layout(lines, font);
     layout.setTextOption(option);
-    const int lineWidth = side == TextSide::Centre ? BalancedWidth(lines, font, width) : width;
+    const bool balances = side == TextSide::Centre && lines.size() <= kLongest;
+    const int lineWidth = balances ? BalancedWidth(lines, font, width) : width;
     const int pitch = GetParagraphPitch(font);
     int height = 0;
     layout.beginLayout();
