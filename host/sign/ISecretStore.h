@@ -8,7 +8,7 @@
 namespace kivo::host {
 
 // Keeps passwords for the user, in the desktop's keyring. Thread: the network's own, since
-// unlocking a keyring may block on a question to the user.
+// unlocking a keyring may block on a question to the user. While it does, signs and contacts rest.
 class ISecretStore {
 public:
     virtual ~ISecretStore() = default;

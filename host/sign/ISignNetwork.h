@@ -76,8 +76,8 @@ public:
     // One listener, borrowed; null: none. It hears the state and all contacts again.
     virtual void SetListener(ISignNetworkListener* listener) = 0;
 
-    // The password comes from the store that the network was made with; another account ends the
-    // one before.
+    // The password comes from the store that the network was made with. Whoever was signed in is
+    // signed out first, and his contacts are gone for the listener.
     virtual void SignIn(const SignAccount& account) = 0;
     virtual void SignOut() = 0;
 

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 
 namespace kivo::host {
 namespace {
@@ -57,11 +56,6 @@ const ItemCase kItemCases[] = {
     {"AZeroInside",                "a\0b"s,               ItemKind::Refused, ""                        },
     {"OneMegabyte",                kOneMegabyte,          ItemKind::Refused, ""                        },
 };
-
-void PrintTo(const ItemCase& row, std::ostream* out)
-{
-    *out << row.name;
-}
 
 class NormalizeItemTest : public testing::TestWithParam<ItemCase> {};
 
@@ -141,11 +135,6 @@ const WrongUse kWrongUses[] = {
     {"AnotherHostsFile",       "file://h/x",     nullptr,          "file://h/x: not a file of this computer"},
     {"ControlsAreNotEchoed",   "--\033[2J",      nullptr,          "unknown option --?[2J"                  },
 };
-
-void PrintTo(const WrongUse& row, std::ostream* out)
-{
-    *out << row.name;
-}
 
 class WrongUseTest : public testing::TestWithParam<WrongUse> {};
 

@@ -188,26 +188,7 @@ constexpr RowCase kRows[] = {
 
 INSTANTIATE_TEST_SUITE_P(Rows, ContactRowTest, testing::ValuesIn(kRows), test::CaseName<RowCase>);
 
-TEST_F(ContactsPageTest, KeysDoWhatTheMouseDoes)
-{
-    SignIn(kMe);
-    AddAnn(SignPresence::Online, kStream);
-    list_->SetCurrentRow(FindRow(u"ann"));
-    list_->OnKey(ui::ListKey::Activate);
-    EXPECT_EQ(activated, u"ann ");
-    list_->OnKey(ui::ListKey::Rename);
-    ASSERT_EQ(list_->GetEditedRow(), FindRow(u"ann"));
-    list_->OnEditFinished(u" Ann\u202E the\nGreat ", /*committed=*/true);
-    EXPECT_EQ(network.TakeLog(), u"rename:ann=Ann the Great ");
-    Script({});
-    list_->OnKey(ui::ListKey::Delete);
-    EXPECT_EQ(network.TakeLog(), u"remove:ann ");
-    Script({}, u"BtnNo");
-    list_->OnKey(ui::ListKey::Delete);
-    EXPECT_EQ(network.TakeLog(), u"");
-}
-
-TEST_F(ContactsPageTest, MenusOfferTheSame)
+TEST_F(ContactsPageTest, MenusOfferWhatTheKeysDo)
 {
     SignIn(kMe);
     AddAnn(SignPresence::Online);
@@ -222,6 +203,10 @@ TEST_F(ContactsPageTest, MenusOfferTheSame)
     EXPECT_EQ(activated, u"ann ");
     Script({});
     EXPECT_EQ(Choose(3, onAnn), u"remove:ann ");
+    EXPECT_EQ(Choose(2, onAnn), u"");
+    ASSERT_EQ(list_->GetEditedRow(), FindRow(u"ann"));
+    list_->OnEditFinished(u" Ann\u202E the\nGreat ", /*committed=*/true);
+    EXPECT_EQ(network.TakeLog(), u"rename:ann=Ann the Great ");
     Script({
         {u"AddressInput", u"ben@example.org"}
     });

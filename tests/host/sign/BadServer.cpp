@@ -2,8 +2,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -22,17 +20,6 @@ constexpr char kProceed[] = "<proceed xmlns='urn:ietf:params:xml:ns:xmpp-tls'/>"
 constexpr char kPlain[] = "<mechanisms xmlns='urn:ietf:params:xml:ns:xmpp-sasl'>"
                           "<mechanism>PLAIN</mechanism></mechanisms>";
 
-// False: `stop` first, or the connection has ended.
-bool WaitForBytes(int connection, int stop)
-{
-    std::array<pollfd, 2> entries{
-        pollfd{connection, POLLIN, 0},
-        pollfd{stop,       POLLIN, 0}
-    };
-    poll(entries.data(), entries.size(), -1);
-    return (entries[1].revents & POLLIN) == 0;
-}
-
 void Say(int connection, const std::string& text)
 {
     send(connection, text.data(), text.size(), MSG_NOSIGNAL);
@@ -43,7 +30,6 @@ void Say(int connection, const std::string& text)
 BadServer::BadServer(Manner manner)
     : manner_(manner)
     , listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    , stop_(eventfd(0, EFD_CLOEXEC))
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -58,11 +44,9 @@ BadServer::BadServer(Manner manner)
 
 BadServer::~BadServer()
 {
-    const std::uint64_t one = 1;
-    static_cast<void>(!write(stop_, &one, sizeof one));
+    shutdown(listener_, SHUT_RDWR); // Which ends the wait for the next one.
     thread_.join();
     close(listener_);
-    close(stop_);
 }
 
 host::SignAccount BadServer::GetAccount() const
@@ -78,8 +62,10 @@ std::string BadServer::GetReceived()
 
 void BadServer::Serve()
 {
-    while (WaitForBytes(listener_, stop_)) {
+    while (true) {
         const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (connection < 0)
+            return;
         ++connections_;
         Speak(connection);
         close(connection);
@@ -91,8 +77,8 @@ void BadServer::Speak(int connection)
     std::string heard;
     bool hasGreeted = manner_ == Manner::Silent;
     hasSaidAll_ = hasGreeted;
-    while (WaitForBytes(connection, stop_)) {
-        std::array<char, 4096> buffer{};
+    std::array<char, 4096> buffer{};
+    while (true) {
         const ssize_t count = recv(connection, buffer.data(), buffer.size(), 0);
         if (count <= 0)
             return;

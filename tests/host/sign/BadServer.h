@@ -9,7 +9,8 @@
 
 namespace kivo::test {
 
-// A server that behaves as servers don't, on a port of this machine.
+// A server that behaves as servers don't, on a port of this machine, one connection after the
+// other. It ends once its last client has gone.
 class BadServer {
 public:
     enum class Manner {
@@ -35,7 +36,6 @@ private:
     Manner manner_;
     int listener_ = -1;
     int port_ = 0;
-    int stop_ = -1; // Readable at the end.
     std::atomic<int> connections_ = 0;
     std::atomic<bool> hasSaidAll_ = false;
     std::mutex mutex_;

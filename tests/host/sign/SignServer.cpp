@@ -34,6 +34,28 @@ bool CanConnect(int port)
     return isOpen;
 }
 
+// In the server's language. Its own log has the heads of stanzas alone.
+constexpr char kManners[] = R"(
+module:hook("pre-iq/bare", function (event)
+    local text = tostring(event.stanza);
+    module:log("debug", "hears %s", text);
+    if text:find("poison") then
+        event.origin:close({ condition = "not-well-formed" });
+        return true;
+    end
+    if text:find("UNHEARD", 1, true) then
+        return true;
+    end
+end, 1000);
+)";
+
+std::string Put(std::string text, const std::string& name, const std::string& value)
+{
+    for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos; at += value.size())
+        text.replace(at, name.size(), value);
+    return text;
+}
+
 std::string ReadFingerprint(const std::string& certificate)
 {
     Process tool({"openssl", "x509", "-in", certificate, "-noout", "-fingerprint", "-sha256"});
@@ -71,29 +93,6 @@ SignServer::SignServer(const Options& options)
     // A server that can't be had is a failed test, not a skipped one.
     EXPECT_EQ(RunCommand({KIVO_PROSODY_SCRIPT}), 0) << "scripts/prosody says why";
     MakeCertificate();
-    // Its own log has the heads of stanzas alone.
-    AddModule("hears", R"(
-module:hook("pre-iq/bare", function (event)
-    module:log("debug", "hears %s", tostring(event.stanza));
-end, 2000);
-)");
-    AddModule("poison", R"(
-module:hook("pre-iq/bare", function (event)
-    if tostring(event.stanza):find("poison") then
-        event.origin:close({ condition = "not-well-formed" });
-        return true;
-    end
-end, 1000);
-)");
-    if (!options.unheard.empty()) {
-        AddModule("deaf",
-                  R"(
-module:hook("pre-iq/bare", function (event)
-    return tostring(event.stanza):find(")" +
-                      options.unheard + R"(", 1, true) and true or nil;
-end, 1000);
-)");
-    }
 }
 
 SignServer::~SignServer() = default;
@@ -126,7 +125,7 @@ data_path = "BASE/data"
 certificates = "BASE"
 plugin_paths = { "BASE/modules" }
 log = { { levels = { min = "debug" }, to = "file", filename = "BASE/log" } }
-modules_enabled = { MODULES "roster", "saslauth", "tls", "disco", "ping" }
+modules_enabled = { EVENTING "manners", "roster", "saslauth", "tls", "disco", "ping" }
 modules_disabled = { "s2s", "offline" }
 authentication = "internal_plain"
 c2s_ports = { PORT }
@@ -135,15 +134,12 @@ s2s_ports = { }
 VirtualHost "DOMAIN"
     ssl = { key = "BASE/key.pem", certificate = "BASE/chain.pem" }
 )";
-    const auto put = [&](const std::string& name, const std::string& value) {
-        for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos;)
-            text.replace(at, name.size(), value);
-    };
-    put("BASE", folder_.GetNative().native());
-    put("PORT", std::to_string(port_));
-    put("DOMAIN", kDomain);
-    put("MODULES", modules_ + (options_.hasEventing ? "\"pep\"," : ""));
+    text = Put(text, "BASE", folder_.GetNative().native());
+    text = Put(text, "PORT", std::to_string(port_));
+    text = Put(text, "DOMAIN", kDomain);
+    text = Put(text, "EVENTING", options_.hasEventing ? "\"pep\"," : "");
     folder_.Write("prosody.cfg.lua", text);
+    folder_.Write("modules/mod_manners.lua", Put(kManners, "UNHEARD", options_.unheard));
 }
 
 void SignServer::AddUser(const std::string& name) const
@@ -162,12 +158,6 @@ void SignServer::Befriend(const std::string& a, const std::string& b) const
     };
     write(a, b);
     write(b, a);
-}
-
-void SignServer::AddModule(const std::string& name, const std::string& source)
-{
-    folder_.Write("modules/mod_" + name + ".lua", source);
-    modules_ += "\"" + name + "\", ";
 }
 
 bool SignServer::HasHeard(const std::string& text) const

@@ -17,7 +17,7 @@ public:
     struct Options {
         bool hasEventing = true;
         std::string certificateName = "sign.example";
-        std::string unheard; // Requests that hold it get no answer. Empty: all get one.
+        std::string unheard = "[nothing]"; // Requests that hold this text get no answer.
     };
 
     static constexpr char kDomain[] = "sign.example";
@@ -49,13 +49,10 @@ public:
     [[nodiscard]] int GetPort() const { return port_; }
 
 private:
-    // Of the server, in its language.
-    void AddModule(const std::string& name, const std::string& source);
     void MakeCertificate();
     void WriteSettings() const;
 
     Options options_;
-    std::string modules_; // Names in quotes, a comma behind each.
     TempFolder folder_;
     int port_ = 0;
     std::string fingerprint_;

@@ -13,7 +13,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <ostream>
 
 namespace kivo::test {
 namespace {
@@ -24,51 +23,47 @@ struct LinkCase {
     const char* name;
     const char* href;
     bool isConfirmed;
-    std::vector<String> calls;
-    std::vector<String> opened;
+    const char16_t* calls;
+    const char16_t* opened; // In the user's browser; empty: nothing.
 };
 
-void PrintTo(const LinkCase& row, std::ostream* out)
-{
-    *out << row.name;
-}
+constexpr char kPlay[] = "http://m.example/a.mp3?kivo=1&p=1&song=Snow&singer=Ada";
+constexpr char16_t kPlayed[] =
+    u"stop;add playing | http://m.example/a.mp3 | Snow - Ada;play playing s;";
+constexpr char kAsk[] = "http://m.example/a.mp3?kivo=1&p=0&song=Snow&singer=Ada";
+constexpr char16_t kAsked[] = u"ask http://m.example/a.mp3 | Snow - Ada;";
+constexpr char16_t kAdded[] =
+    u"ask http://m.example/a.mp3 | Snow - Ada;add mine | http://m.example/a.mp3 | Snow - Ada;";
+constexpr char kCodes[] =
+    "http://m.example/a%20b.mp3?id=7&kivo=1&p=1&song=%E6%98%A5%20x&singer=%3F";
+constexpr char16_t kCoded[] =
+    u"stop;add playing | http://m.example/a%20b.mp3?id=7 | %E6%98%A5%20x - %3F;play playing s;";
+constexpr char kLive[] = "mms://m.example/live;kivo=1;p=1&song=S&singer=T";
+constexpr char16_t kLived[] = u"stop;add playing | mms://m.example/live | S - T;play playing s;";
+constexpr char kShop[] = "https://shop.example/a%20b?x=1#part";
+constexpr char16_t kShown[] = u"https://shop.example/a%20b?x=1#part";
+constexpr char kOther[] = "http://m.example/a?kivo=1&p=2&song=S&singer=T";
+constexpr char kTwo[] = "http://m.example/a?kivo=1&p=1&song=S";
+constexpr char kFour[] = "http://m.example/a?kivo=1&p=1&song=S&singer=T&x=y";
+constexpr char kFile[] = "file:///tmp/a?kivo=1&p=1&song=S&singer=T";
+constexpr char kScript[] = "javascript:'?kivo=1&p=1&song=S&singer=T'";
+constexpr char kData[] = "data:text/html,x?kivo=1&p=1&song=S&singer=T";
 
-const LinkCase kLinkCases[] = {
-    {"WithoutTheMarkerGoesOutside",
-     "https://shop.example/a%20b?x=1#part",                                                      true,
-     {},
-     {u"https://shop.example/a%20b?x=1#part"}                                                                 },
-    {"OneStopsAddsAndPlays",
-     "http://m.example/a.mp3?kivo=1&p=1&song=Snow&singer=Ada",                                   true,
-     {u"stop", u"add playing | http://m.example/a.mp3 | Snow - Ada", u"play playing s"},
-     {}                                                                                                       },
-    {"ZeroAsksAndAddsWhatTheFormGivesBack",
-     "http://m.example/a.mp3?kivo=1&p=0&song=Snow&singer=Ada",                                   true,
-     {u"ask http://m.example/a.mp3 | Snow - Ada",
-      u"add mine | http://m.example/a.mp3 | Snow - Ada"},
-     {}                                                                                                       },
-    {"ZeroAddsNothingUnlessConfirmed",
-     "http://m.example/a.mp3?kivo=1&p=0&song=Snow&singer=Ada",                                   false,
-     {u"ask http://m.example/a.mp3 | Snow - Ada"},
-     {}                                                                                                       },
-    {"TextsStayEncoded",
-     "http://m.example/a%20b.mp3?id=7&kivo=1&p=1&song=%E6%98%A5%20x&singer=%3F",                 true,
-     {u"stop",
-      u"add playing | http://m.example/a%20b.mp3?id=7 | %E6%98%A5%20x - %3F",
-      u"play playing s"},
-     {}                                                                                                       },
-    {"AnyCharacterSeparates",
-     "mms://m.example/live;kivo=1;p=1&song=S&singer=T",                                          true,
-     {u"stop", u"add playing | mms://m.example/live | S - T", u"play playing s"},
-     {}                                                                                                       },
-    {"AnotherActionDoesNothing",            "http://m.example/a?kivo=1&p=2&song=S&singer=T",     true,  {}, {}},
-    {"TwoFieldsDoNothing",                  "http://m.example/a?kivo=1&p=1&song=S",              true,  {}, {}},
-    {"FourFieldsDoNothing",                 "http://m.example/a?kivo=1&p=1&song=S&singer=T&x=y", true,  {}, {}},
-    {"AMarkerAloneDoesNothing",             "http://m.example/a?kivo=1",                         true,  {}, {}},
-    {"AFileIsNoLink",                       "file:///tmp/a?kivo=1&p=1&song=S&singer=T",          true,  {}, {}},
-    {"AScriptIsNoLink",                     "javascript:'?kivo=1&p=1&song=S&singer=T'",          true,  {}, {}},
-    {"DataAreNoLink",                       "data:text/html,x?kivo=1&p=1&song=S&singer=T",       true,  {}, {}},
-    {"AProgramIsNoLink",                    "mailto:a@b.example",                                true,  {}, {}},
+constexpr LinkCase kLinkCases[] = {
+    {"WithoutTheMarkerGoesOutside",    kShop,                       true,  u"",     kShown},
+    {"OneStopsAddsAndPlays",           kPlay,                       true,  kPlayed, u""   },
+    {"ZeroAsksAndAddsWhatItGivesBack", kAsk,                        true,  kAdded,  u""   },
+    {"ZeroAddsNothingUnlessConfirmed", kAsk,                        false, kAsked,  u""   },
+    {"TextsStayEncoded",               kCodes,                      true,  kCoded,  u""   },
+    {"AnyCharacterSeparates",          kLive,                       true,  kLived,  u""   },
+    {"AnotherActionDoesNothing",       kOther,                      true,  u"",     u""   },
+    {"TwoFieldsDoNothing",             kTwo,                        true,  u"",     u""   },
+    {"FourFieldsDoNothing",            kFour,                       true,  u"",     u""   },
+    {"AMarkerAloneDoesNothing",        "http://m.example/a?kivo=1", true,  u"",     u""   },
+    {"AFileIsNoLink",                  kFile,                       true,  u"",     u""   },
+    {"AScriptIsNoLink",                kScript,                     true,  u"",     u""   },
+    {"DataAreNoLink",                  kData,                       true,  u"",     u""   },
+    {"AProgramIsNoLink",               "mailto:a@b.example",        true,  u"",     u""   },
 };
 
 class CabinetLinkTest : public testing::TestWithParam<LinkCase> {};
@@ -89,25 +84,20 @@ TEST_P(CabinetLinkTest, Leads)
     ASSERT_TRUE(WaitUntil([&opened] { return !opened.empty() && opened.back() == kOutside; }));
     opened.pop_back();
     EXPECT_EQ(cabinet.owner.calls, row.calls);
-    EXPECT_EQ(opened, row.opened);
+    EXPECT_EQ(opened.empty() ? String() : opened.front(), row.opened);
+    EXPECT_LE(opened.size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Web, CabinetLinkTest, testing::ValuesIn(kLinkCases), CaseName<LinkCase>);
 
 TEST(Cabinet, TheSameLinkTwiceAddsTwice)
 {
-    const Cabinet cabinet(
-        MakeLinkPage("http://m.example/a?kivo=1&p=1&song=S&singer=T", "tell('clicked')"));
+    const Cabinet cabinet(MakeLinkPage(kPlay));
     ASSERT_TRUE(cabinet.WaitForWord("ready"));
-    const std::vector<String> once{
-        u"stop", u"add playing | http://m.example/a | S - T", u"play playing s"};
-    std::vector<String> twice = once;
-    twice.insert(twice.end(), once.begin(), once.end());
     cabinet.Click();
-    ASSERT_TRUE(WaitUntil([&] { return cabinet.owner.calls.size() >= once.size(); }));
+    ASSERT_TRUE(WaitUntil([&] { return cabinet.owner.calls == kPlayed; }));
     cabinet.Click();
-    WaitUntil([&] { return cabinet.owner.calls.size() >= twice.size(); });
-    EXPECT_EQ(cabinet.owner.calls, twice);
+    EXPECT_TRUE(WaitUntil([&] { return cabinet.owner.calls == String(kPlayed) + kPlayed; }));
 }
 
 TEST(Cabinet, ALinkOfTheSameWindowIsFollowedInside)
@@ -169,7 +159,7 @@ TEST(Cabinet, TakesAPageAlongThatNeverRests)
 
 TEST(Cabinet, MayGoWhileItsLinkIsAsked)
 {
-    Cabinet cabinet(MakeLinkPage("http://m.example/a?kivo=1&p=0&song=S&singer=T"));
+    Cabinet cabinet(MakeLinkPage(kAsk));
     bool hasGone = false;
     cabinet.owner.ask = [&] {
         cabinet.Close();
@@ -180,7 +170,7 @@ TEST(Cabinet, MayGoWhileItsLinkIsAsked)
     cabinet.Click();
     ASSERT_TRUE(WaitUntil([&hasGone] { return hasGone; }));
     EXPECT_FALSE(cabinet.IsOpen());
-    EXPECT_EQ(cabinet.owner.calls.back(), u"add mine | http://m.example/a | S - T");
+    EXPECT_EQ(cabinet.owner.calls, kAdded);
 }
 
 TEST(Cabinet, KeysInAFieldOfItsPageAreThePages)

@@ -66,25 +66,25 @@ WebDesk::WebDesk()
 
 void NotingOwner::StopPlayer()
 {
-    calls.emplace_back(u"stop");
+    calls += u"stop;";
 }
 
 void NotingOwner::AddTrack(
     const String& group, const String& url, const String& name, int allowDuplicate, String& sid)
 {
-    calls.push_back(u"add " + group + u" | " + url + u" | " + name +
-                    (allowDuplicate != 0 ? u"" : u" | once"));
+    calls += u"add " + group + u" | " + url + u" | " + name;
+    calls += allowDuplicate != 0 ? u";" : u" | once;";
     sid = u"s";
 }
 
 void NotingOwner::PlayTrack(const String& group, const String& sid)
 {
-    calls.push_back(u"play " + group + u" " + sid);
+    calls += u"play " + group + u" " + sid + u";";
 }
 
 int NotingOwner::ShowAddURLForm(CWnd* /*parent*/, String& group, String& url, String& name)
 {
-    calls.push_back(u"ask " + url + u" | " + name);
+    calls += u"ask " + url + u" | " + name + u";";
     const bool isConfirmed = ask && ask();
     group = u"mine";
     return isConfirmed ? 1 : 0;
@@ -139,7 +139,9 @@ void Cabinet::Close()
 
 std::string MakeLinkPage(const std::string& href, const std::string& script)
 {
-    return "<body onclick=\"run()\"><script>function run() {" + script +
+    return "<body onclick=\"run()\"><script>function later(f) { setTimeout(f, 200); }"
+           "function run() {" +
+           script +
            "} onload = () => requestAnimationFrame(() => requestAnimationFrame("
            "() => tell('ready')));</script><a id=link target=_blank "
            "style='position:fixed;inset:0'" +

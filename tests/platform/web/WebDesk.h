@@ -49,7 +49,7 @@ public:
     int ShowAddURLForm(CWnd* parent, String& group, String& url, String& name) override;
 
     std::function<bool()> ask; // The user in front of the form; true: confirms. Empty: declines.
-    std::vector<String> calls;
+    String calls;              // A semicolon behind each.
 };
 
 // A cabinet, open, with a page of `html` in it. The page can say a word with tell(word).
@@ -79,7 +79,7 @@ private:
 };
 
 // A page that is one big link, ready when it says so; a click is answered by what `script` does as
-// well. `href` may be empty.
+// well, which has later(f) for a while later. `href` may be empty.
 std::string MakeLinkPage(const std::string& href, const std::string& script = "");
 
 } // namespace kivo::test
