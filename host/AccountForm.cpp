@@ -13,8 +13,6 @@ namespace kivo::host {
 
 namespace {
 
-constexpr int kLongestAddress = 2047;
-constexpr int kLongestPassword = 1024;
 constexpr int kLongestPort = 5;
 constexpr int kLargestPort = 65535;
 

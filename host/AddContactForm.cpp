@@ -8,12 +8,6 @@
 
 namespace kivo::host {
 
-namespace {
-
-constexpr int kLongestAddress = 2047;
-
-} // namespace
-
 AddContactForm::AddContactForm(String ownId)
     : HostForm(u"KivoAddContactForm", host::GetText(u"STRID_KIVO_ADDFRIEND"))
     , ownId_(std::move(ownId))

@@ -1,5 +1,6 @@
 #include "host/Arguments.h"
 
+#include "host/sign/SignAddress.h"
 #include "host/Terminal.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/Paths.h"
@@ -15,8 +16,6 @@ namespace kivo::host {
 namespace {
 
 constexpr std::size_t kLongestItem = 32768;
-
-constexpr std::array<std::string_view, 6> kSchemes{"http", "https", "mms", "mmsh", "mmst", "rtsp"};
 
 Item Refuse(std::string_view raw, std::string_view why)
 {
@@ -113,11 +112,7 @@ Item ReadFileAddress(std::string_view raw)
 
 Item ReadAddress(std::string_view raw)
 {
-    const std::string_view scheme = raw.substr(0, raw.find(':'));
-    const bool known = std::any_of(kSchemes.begin(), kSchemes.end(), [&](std::string_view one) {
-        return common::string_compare_no_case(one, scheme) == 0;
-    });
-    if (!known)
+    if (!IsStreamScheme(raw.substr(0, raw.find(':'))))
         return Refuse(raw, "addresses of this kind can't be played");
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (std::any_of(raw.begin(), raw.end(), isControl))

@@ -1,8 +1,8 @@
 #include "host/Contacts.h"
 
+#include "host/CallLater.h"
 #include "host/PlainLine.h"
 #include "host/QtText.h"
-#include "platform/base/PostQueue.h"
 #include "shell/contracts/common/Language.h"
 
 #include <QCollator>
@@ -62,29 +62,6 @@ struct Contacts::People {
         const int order = a->key->compare(*b->key);
         return order != 0 ? order < 0 : a->contact.id < b->contact.id;
     }
-};
-
-class Contacts::ShowTask final : public ISDKEvent {
-public:
-    explicit ShowTask(Contacts& contacts)
-        : contacts_(contacts)
-        , alive_(contacts.life_.Watch())
-    {
-    }
-    ShowTask(const ShowTask&) = delete;
-    ShowTask& operator=(const ShowTask&) = delete;
-    virtual ~ShowTask() = default;
-
-    void Execute() override
-    {
-        if (alive_.IsAlive())
-            contacts_.ShowPeople();
-    }
-    void Release() override { delete this; }
-
-private:
-    Contacts& contacts_;
-    LifeWatch alive_;
 };
 
 Contacts::Contacts()
@@ -229,7 +206,7 @@ void Contacts::PeopleChanged()
 {
     if (std::exchange(isShowPosted_, true))
         return;
-    PostQueue::Get().Post(std::make_unique<ShowTask>(*this).release());
+    CallLater(life_.Watch(), [this] { ShowPeople(); });
 }
 
 void Contacts::ShowPeople()

@@ -73,7 +73,6 @@ public:
 
 private:
     struct People;
-    class ShowTask;
     void PeopleChanged();
     void ShowPeople();
 

@@ -18,6 +18,9 @@ public:
     int OnBuildControlAfter() override;
 
 protected:
+    static constexpr int kLongestAddress = 2047; // Units: the network's own limit, in bytes.
+    static constexpr int kLongestPassword = 1024;
+
     HostForm(const char16_t* id, String title); // `id` is that of the build file.
 
     virtual void Fill() {}                 // The controls stand; the fields get their presets.

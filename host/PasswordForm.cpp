@@ -7,12 +7,6 @@
 
 namespace kivo::host {
 
-namespace {
-
-constexpr int kLongestPassword = 1024;
-
-} // namespace
-
 PasswordForm::PasswordForm(const String& address)
     : HostForm(u"KivoPasswordForm", host::GetText(u"STRID_KIVO_SIGNIN"))
     , address_(address)

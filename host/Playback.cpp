@@ -1,8 +1,7 @@
 #include "host/Playback.h"
 
+#include "host/CallLater.h"
 #include "host/Terminal.h"
-#include "platform/base/PostQueue.h"
-#include "shell/contracts/base/SDKEvent.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 
 #include <algorithm>
@@ -49,28 +48,6 @@ std::string ComposeTime(double seconds)
         std::snprintf(text.data(), text.size(), "%d:%02d", whole / 60, whole % 60);
     return text.data();
 }
-
-// A member function that is called from the queue, unless its object is gone by then.
-class CallLater final : public ISDKEvent {
-public:
-    CallLater(LifeWatch life, std::function<void()> call)
-        : life_(std::move(life))
-        , call_(std::move(call))
-    {
-    }
-    void Execute() override
-    {
-        if (life_.IsAlive())
-            call_();
-    }
-    void Release() override { delete this; }
-
-private:
-    ~CallLater() = default;
-
-    LifeWatch life_;
-    std::function<void()> call_;
-};
 
 } // namespace
 
@@ -163,7 +140,7 @@ void Playback::OnState(int state)
 // Posted: an address that this very state leads to is set by an event before it.
 void Playback::PostRestCheck()
 {
-    PostQueue::Get().Post(new CallLater(life_.Watch(), [this] { CheckRest(); }));
+    CallLater(life_.Watch(), [this] { CheckRest(); });
 }
 
 void Playback::Settle()

@@ -76,12 +76,7 @@ std::optional<Authority> FindAuthority(std::string_view address)
     const std::size_t colon = address.find(':');
     if (colon == std::string_view::npos || address.substr(colon, 3) != "://")
         return std::nullopt;
-    const std::string_view scheme = address.substr(0, colon);
-    const bool isKnown =
-        std::any_of(std::begin(kSchemes), std::end(kSchemes), [&](std::string_view known) {
-            return IsEqual(known, scheme);
-        });
-    if (!isKnown)
+    if (!IsStreamScheme(address.substr(0, colon)))
         return std::nullopt;
     std::string_view rest = address.substr(colon + 3);
     rest = rest.substr(0, rest.find_first_of("/?#"));
@@ -161,6 +156,13 @@ bool IsOwnName(std::string_view name)
 }
 
 } // namespace
+
+bool IsStreamScheme(std::string_view scheme)
+{
+    return std::any_of(std::begin(kSchemes), std::end(kSchemes), [&](std::string_view known) {
+        return IsEqual(known, scheme);
+    });
+}
 
 bool IsSignAddress(std::string_view address)
 {

@@ -10,9 +10,13 @@ enum class SignAddressRule {
     Any,            // Those as well: for tests, which serve on this machine.
 };
 
-// Whether the bytes are an address of a stream that may travel between contacts: one of the schemes
-// http, https, mms, mmsh, mmst and rtsp, a host, no user name or password, at most 2048 bytes of
-// valid UTF-8 without blanks and controls.
+// Whether addresses of that scheme reach the player: http, https, mms, mmsh, mmst or rtsp, in any
+// letters.
+[[nodiscard]] bool IsStreamScheme(std::string_view scheme);
+
+// Whether the bytes are an address of a stream that may travel between contacts: one of those
+// schemes, a host, no user name or password, at most 2048 bytes of valid UTF-8 without blanks and
+// controls.
 [[nodiscard]] bool IsSignAddress(std::string_view address);
 
 // Whether the address's host is this machine or lies on its own link: by a name of the machine or

@@ -12,8 +12,9 @@ namespace {
 
 using Subscription = RosterItem::Subscription;
 
-// Beyond what people have; a server that sends more wants to fill the memory.
-constexpr std::size_t kMaxContacts = 10000;
+// Beyond what people have; a server that sends more wants to fill the memory, or to keep the window
+// busy, which shows the whole list anew with each change.
+constexpr std::size_t kMaxContacts = 3000;
 constexpr std::size_t kMaxDevices = 32;
 
 bool IsSeenBy(Subscription subscription)
