@@ -3,10 +3,10 @@
 #include "host/Account.h"
 #include "host/HostSettings.h"
 #include "host/IMessages.h"
+#include "host/Pages.h"
 #include "host/sign/SignNetwork.h"
 #include "platform/base/PostQueue.h"
 #include "shell/contracts/base/IPlugin.h"
-#include "shell/contracts/base/IPluginWindowLayout.h"
 #include "shell/contracts/base/Property.h"
 #include "shell/contracts/common/Language.h"
 #include "tests/host/NotingSigns.h"
@@ -19,17 +19,6 @@
 
 namespace kivo::host {
 namespace {
-
-class PageList final : public IPluginWindowLayout {
-public:
-    void AddPluginPage(IPluginWindow* window) override { pages.push_back(window); }
-    void RemovePluginPage(IPluginWindow* window) override { std::erase(pages, window); }
-    [[nodiscard]] int IsPluginPageShown(IPluginWindow* /*window*/) override { return 0; }
-    void ShowPluginPage(IPluginWindow* /*window*/) override {}
-    void UpdatePluginPage(IPluginWindow* /*window*/) override {}
-
-    std::vector<IPluginWindow*> pages;
-};
 
 class Messages : public IMessages {
 public:
@@ -112,7 +101,7 @@ protected:
     SignNetwork signs_{u"ann"};
     test::NotingSigns line_;
     Messages messages_;
-    PageList pages_;
+    Pages pages_;
     std::optional<Services> services_;
     SignedPlugin signed_;
     SignedPlugin other_;
@@ -130,7 +119,7 @@ TEST_F(ServicesTest, WithoutAProgramAndWithoutArgumentsEachFunctionGivesZero)
     EXPECT_EQ(Call("_KivoAPI_RegisterPluginWindow", static_cast<IPluginWindow*>(nullptr)), 0);
     EXPECT_EQ(Call("_KivoAPI_STAT_TAG_INCREASE", static_cast<const int*>(nullptr)), 0);
     EXPECT_EQ(Call("_KivoAPI_PostSDKEvent", static_cast<ISDKEvent*>(nullptr)), 0);
-    EXPECT_TRUE(pages_.pages.empty());
+    EXPECT_TRUE(pages_.GetAll().empty());
     services_.reset();
     String text = u"untouched";
     EXPECT_EQ(Call("_KivoAPI_RegisterPluginWindow", window_), 0);
@@ -149,9 +138,9 @@ TEST_F(ServicesTest, TellsUserAndFolderAndTakesPages)
     EXPECT_EQ(uid, u"ann");
     EXPECT_EQ(directory, folder_.GetPath());
     EXPECT_NE(Call("_KivoAPI_RegisterPluginWindow", window_), 0);
-    EXPECT_EQ(pages_.pages, std::vector<IPluginWindow*>{window_});
+    EXPECT_EQ(pages_.GetAll(), std::vector<IPluginWindow*>{window_});
     Call("_KivoAPI_UnregisterPluginWindow", window_);
-    EXPECT_TRUE(pages_.pages.empty());
+    EXPECT_TRUE(pages_.GetAll().empty());
 }
 
 TEST_F(ServicesTest, ASignShowsOnTheOwnLineUntilItIsRemoved)
