@@ -224,7 +224,7 @@ TEST_F(MediaLibManagerTest, AListenerMayLeaveAndAddWhileItIsTold)
 class ScriptedProvider final : public ILocalMediaInfoProvider {
 public:
     struct Script {
-        int answer;
+        int answer = 0;
         int calls = 0;
         bool isReleased = false;
     };

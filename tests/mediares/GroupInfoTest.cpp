@@ -22,7 +22,8 @@ std::string NamesText(const std::string& entries)
     std::string text;
     for (std::string id, name; std::getline(words, id, '='); words >> std::ws) {
         std::getline(words, name, ' ');
-        text += "    <Group id=\"" + id + "\" name=\"" + name + "\" />\n";
+        text.append("    <Group id=\"").append(id).append("\" name=\"").append(name);
+        text += "\" />\n";
     }
     return kHead + (text.empty() ? "<Groups />\n" : "<Groups>\n" + text + "</Groups>\n");
 }
