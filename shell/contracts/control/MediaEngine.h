@@ -20,7 +20,8 @@ struct VideoFrame {
 };
 
 // The playing control: what the player drives and what reports its states. One address at a time.
-// Thread: user interface for all; no call blocks, no call reports a state from inside itself.
+// Thread: user interface for all. No call waits for the core or the sound; a start looks once at
+// the disk of its path. No call reports a state from inside itself.
 class MediaEngine {
 public:
     virtual ~MediaEngine() =
