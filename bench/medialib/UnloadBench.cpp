@@ -55,9 +55,9 @@ void MakeTree(const std::filesystem::path& tree)
 // A file that is read when about so many have been: the walk takes folders by name.
 String GetFile(const String& tree, int read)
 {
-    std::vector<std::string> folders;
-    for (int folder = 0; folder < kFiles / kFilesAFolder; ++folder)
-        folders.push_back(std::to_string(folder));
+    std::vector<std::string> folders(kFiles / kFilesAFolder);
+    for (std::size_t folder = 0; folder < folders.size(); ++folder)
+        folders[folder] = std::to_string(folder);
     std::sort(folders.begin(), folders.end());
     const int folder = std::stoi(folders.at(static_cast<std::size_t>(read / kFilesAFolder)));
     return common::FormatText(
