@@ -1,23 +1,17 @@
 #pragma once
 
+#include "shell/contracts/common/Text.h"
 #include "shell/contracts/ui/SkinTree.h"
 
 #include <functional>
-#include <string>
 #include <vector>
 
+// A tree of plain rows that writes down what it is told, with or without a window.
 namespace kivo::ui {
-
-struct HeardEvent {
-    String row;
-    int event = 0;
-    String text;
-    friend bool operator==(const HeardEvent&, const HeardEvent&) = default;
-};
 
 class TestTree;
 
-// A row that says what it hears to its tree.
+// A group or a track; its one cell, "text", shows its id.
 class TestRow : public CSkinTreeItem {
 public:
     TestRow(TestTree* tree, const String& id, bool isGroup = false);
@@ -31,7 +25,7 @@ public:
     bool OnEditEnd(const String& oldText, const String& newText) override;
     IMenu* GetRowMenu(const MenuDelegate& delegate) override;
     void OnRowCommand(IMenu* entry) override;
-    void OnRenameKey() override;
+    void OnRenameKey() override { GetList()->Edit(GetList()->LocateRow(this), u"text", 1); }
     void OnExpandChanged(CSkinTree* tree, int row, bool expanded) override;
     int CompareFunc(CSkinTreeItem* a, CSkinTreeItem* b) override
     {
@@ -43,15 +37,15 @@ public:
 
 class TestTree : public CSkinTree {
 public:
-    TestTree()
+    // `creates`: at once, without a form.
+    explicit TestTree(bool creates = true)
     {
-        auto* root = new TestRow(this, u"");
-        AppendTree(root, /*show=*/false);
-        Create(nullptr);
+        AppendTree(new TestRow(this, u"", /*isGroup=*/true), /*show=*/false);
+        if (creates)
+            Create(nullptr);
     }
 
-    // Groups as "name:row,row": "A:a,b" is the group A with the rows a and b, expanded.
-    TestRow* AddGroup(const String& id, const std::vector<String>& rows, bool expanded = true)
+    TestRow* AddGroup(const String& id, const std::vector<String>& rows = {}, bool expanded = true)
     {
         auto* group = new TestRow(this, id, /*isGroup=*/true);
         GetRoot()->AddTreeNode(group);
@@ -62,7 +56,7 @@ public:
         return group;
     }
 
-    TestRow* AddRow(TestRow& group, const String& id)
+    TestRow* AddRow(CSkinTreeItem& group, const String& id)
     {
         auto* row = new TestRow(this, id);
         group.AddTreeNode(row);
@@ -90,22 +84,26 @@ public:
         return ids;
     }
 
-    IMenu* GetMultiSelectMenu() override { return MenuOf(2); }
-    IMenu* GetBlankAreaMenu() override { return MenuOf(3); }
-    IMenu* MenuOf(int id)
+    IMenu* GetMultiSelectMenu() override { return MenuOf(u"Several", 2, GetMenuDelegate()); }
+    IMenu* GetBlankAreaMenu() override { return MenuOf(u"Blank", 3, GetMenuDelegate()); }
+    static IMenu* MenuOf(const String& text, int id, const MenuDelegate& delegate)
     {
         auto* menu = new IMenu;
-        menu->AddMenu(u"entry", id, 0, 0, GetMenuDelegate(), nullptr, u"");
+        menu->AddMenu(text, id, 0, 0, delegate, nullptr, u"");
         return menu;
     }
     int GetDragText(String& text) override
     {
-        text = u"dragged";
-        return 1;
+        text = u"KIVO2006TREEDRAG:playing#a";
+        return refusesDrags ? 0 : 1;
     }
-    void OnDragFinished() override { heard.push_back({u"", -1, u"drag finished"}); }
+    int OnBlankDragOver() override { return 1; }
+    void OnBlankDrop(const String& text) override { log.push_back(u"blank " + text); }
+    void OnDragFinished() override { log.emplace_back(u"drag end"); }
 
-    std::vector<HeardEvent> heard;
+    std::vector<String> log;
+    bool refusesDrags = false;                  // As if what is selected could not be dragged.
+    int folds = 0;                              // Up or down.
     std::function<void(TestRow&, int)> onEvent; // In place of the row's own answer.
 };
 
@@ -118,7 +116,12 @@ inline TestRow::TestRow(TestTree* tree, const String& id, bool isGroup)
 inline int TestRow::OnListEvent(CSkinList* list, int context, int event, const String& text)
 {
     auto& tree = static_cast<TestTree&>(*list);
-    tree.heard.push_back({GetID(), event, text});
+    String line = GetID() + u" " + common::ToText(event);
+    if (!text.empty())
+        line += u" " + text;
+    for (const String& path : tree.GetDroppedFiles())
+        line += u" " + path;
+    tree.log.push_back(line);
     if (!tree.onEvent)
         return CSkinTreeItem::OnListEvent(list, context, event, text);
     tree.onEvent(*this, event);
@@ -127,30 +130,24 @@ inline int TestRow::OnListEvent(CSkinList* list, int context, int event, const S
 
 inline bool TestRow::OnEditEnd(const String& oldText, const String& newText)
 {
-    static_cast<TestTree*>(GetTree())->heard.push_back({GetID(), -2, oldText + u">" + newText});
+    static_cast<TestTree*>(GetTree())->log.push_back(oldText + u" > " + newText);
     return true;
 }
 
 inline IMenu* TestRow::GetRowMenu(const MenuDelegate& delegate)
 {
-    auto* menu = new IMenu;
-    menu->AddMenu(u"entry", 1, 0, 0, delegate, nullptr, u"");
-    return menu;
+    return TestTree::MenuOf(u"Play " + GetID(), 1, delegate);
 }
 
 inline void TestRow::OnRowCommand(IMenu* entry)
 {
-    static_cast<TestTree*>(GetTree())->heard.push_back({GetID(), 1000 + entry->GetID(), u""});
+    static_cast<TestTree*>(GetTree())->log.push_back(GetID() + u" command " +
+                                                     common::ToText(entry->GetID()));
 }
 
-inline void TestRow::OnRenameKey()
+inline void TestRow::OnExpandChanged(CSkinTree* tree, int /*row*/, bool /*expanded*/)
 {
-    static_cast<TestTree*>(GetTree())->heard.push_back({GetID(), -3, u"rename"});
-}
-
-inline void TestRow::OnExpandChanged(CSkinTree* tree, int /*row*/, bool expanded)
-{
-    static_cast<TestTree*>(tree)->heard.push_back({GetID(), -4, expanded ? u"open" : u"folded"});
+    ++static_cast<TestTree*>(tree)->folds;
 }
 
 } // namespace kivo::ui

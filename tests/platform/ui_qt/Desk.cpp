@@ -5,7 +5,6 @@
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/common/AppPath.h"
 #include "shell/contracts/common/Language.h"
-#include "shell/contracts/ui/Canvas.h"
 #include "shell/contracts/ui/SkinLabel.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "shell/contracts/ui/SkinPanel.h"
@@ -23,10 +22,6 @@
 namespace kivo::ui::qt {
 
 namespace {
-
-constexpr COLORREF kGroupText = 0x573F34;
-constexpr COLORREF kTrackText = 0xA38378;
-constexpr COLORREF kSelectedRow = 0xFEEEDF;
 
 String FromUtf8(const char* text)
 {
@@ -75,136 +70,10 @@ Desk::~Desk()
     SetBeyond(false);
 }
 
-DeskRow::DeskRow(CSkinTree& tree, const String& id, bool group)
-    : CSkinTreeItem(&tree, id)
-    , text(id)
-{
-    SetGroup(group);
-}
-
-void DeskRow::BuildRow()
-{
-    Clear();
-    const LOGFONT font = GetDefaultLOGFONT();
-    if (IsGroup()) {
-        AddPhoto(0,
-                 u"icon",
-                 u"Icon",
-                 u"public\\group_fold.png",
-                 {},
-                 {IsExpanded() ? 16 : 0, 0, 16, 16},
-                 0);
-        AddLabel(1, u"text", u"Text", text, text, font, kGroupText, kGroupText, 0);
-        return;
-    }
-    AddLabel(0, u"length", u"Length", u"3:42", u"3:42", font, kTrackText, kTrackText, 0);
-    AddLabel(1, u"text", u"Text", text, u"/music/" + text, font, kTrackText, kTrackText, 0);
-}
-
-void DeskRow::ReposControls()
-{
-    CSkinTreeItem::ReposControls();
-    if (IsGroup())
-        return;
-    SetMargins(14, 0, 15, 0);
-    CSkinCell* const length = GetObjectW(u"length");
-    length->SetAnchorStyle(anchor::kRight);
-    length->SetBounds(0, 0, 42, 10);
-    length->SetAlignmentHor(align::kTrailing);
-    GetObjectW(u"text")->SetAnchorStyle(anchor::kFill);
-}
-
-void DeskRow::RenderSelf(ICanvas& canvas)
-{
-    if (IsSelected())
-        canvas.FillRect(GetBoundsRect(), kSelectedRow);
-}
-
-IMenu* DeskRow::GetRowMenu(const MenuDelegate& delegate)
-{
-    auto* menu = new IMenu;
-    menu->AddMenu(u"Play " + text, 1, 0, 0, delegate, nullptr, {});
-    return menu;
-}
-
-void DeskRow::OnRowCommand(IMenu* entry)
-{
-    static_cast<DeskTree*>(GetList())->log.push_back(GetID() + u" command " +
-                                                     common::ToText(entry->GetID()));
-}
-
-void DeskRow::OnExpandChanged(CSkinTree* /*tree*/, int /*row*/, bool /*expanded*/)
-{
-    BuildRow();
-}
-
-int DeskRow::OnListEvent(CSkinList* list, int context, int event, const String& eventText)
-{
-    auto* tree = static_cast<DeskTree*>(list);
-    String line = GetID() + u" " + common::ToText(event);
-    if (!eventText.empty())
-        line += u" " + eventText;
-    for (const String& path : tree->GetDroppedFiles())
-        line += u" " + path;
-    tree->log.push_back(line);
-    return event == static_cast<int>(RowEvent::DragOver)
-               ? CSkinTreeItem::OnListEvent(list, context, event, eventText)
-               : 0;
-}
-
-bool DeskRow::OnEditEnd(const String& before, const String& after)
-{
-    static_cast<DeskTree*>(GetList())->log.push_back(before + u" > " + after);
-    text = after;
-    BuildRow();
-    return true;
-}
-
-void DeskRow::OnRenameKey()
-{
-    GetList()->Edit(GetList()->LocateRow(this), u"text", 1);
-}
-
-int DeskTree::GetDragText(String& text)
-{
-    text = u"KIVO2006TREEDRAG:playing#a";
-    return refusesDrags ? 0 : 1;
-}
-
-IMenu* DeskTree::GetMultiSelectMenu()
-{
-    auto* menu = new IMenu;
-    menu->AddMenu(u"Several", 2, 0, 0, GetMenuDelegate(), nullptr, {});
-    return menu;
-}
-
-IMenu* DeskTree::GetBlankAreaMenu()
-{
-    auto* menu = new IMenu;
-    menu->AddMenu(u"Blank", 3, 0, 0, GetMenuDelegate(), nullptr, {});
-    return menu;
-}
-
-DeskRow* DeskTree::AddGroup(const String& id)
-{
-    auto* row = new DeskRow(*this, id, /*group=*/true);
-    GetRoot()->AddTreeNode(row);
-    row->BuildRow();
-    return row;
-}
-
-DeskRow* DeskTree::AddTrack(DeskRow& group, const String& id)
-{
-    auto* row = new DeskRow(*group.GetTree(), id, /*group=*/false);
-    group.AddTreeNode(row);
-    row->BuildRow();
-    return row;
-}
-
-std::vector<String> DeskTree::GetShown() const
+std::vector<String> ShownIn(const CSkinTree& tree)
 {
     std::vector<String> shown;
-    const auto* view = static_cast<QTreeView*>(WidgetOf(this));
+    const auto* view = static_cast<QTreeView*>(WidgetOf(&tree));
     for (QModelIndex index = view->model()->index(0, 0); index.isValid();
          index = view->indexBelow(index))
         shown.push_back(FromQt(index.data().toString()));
@@ -238,14 +107,13 @@ DeskPage::DeskPage(int width, int height)
     splitter->Create(form_.get(), u"KIVO Plugins TuneHiveWindow SplitterCtrl");
     splitter->SetFixedPane(1);
     CSkinPanel* list = AddPanel(*splitter->GetPane(0), u"PlayListPanel");
-    tree_ = new DeskTree;
+    tree_ = new TestTree(/*creates=*/false);
     tree_->SetObjectID(u"PlayList");
     tree_->SetSkinName(u"tunehive");
     tree_->SetAccessibleName(u"Groups and tracks");
     list->RegisterControl(tree_);
     tree_->SetAnchorStyle(anchor::kFill);
     tree_->CSkinList::Create(form_.get());
-    tree_->AppendTree(new DeskRow(*tree_, u"", /*group=*/true), /*show=*/false);
     tree_->SetCanDrag(1);
     tree_->SetCanDrop(1);
     AddPanel(*splitter->GetPane(1), u"LyricPanel");

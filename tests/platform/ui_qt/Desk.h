@@ -2,7 +2,7 @@
 
 #include "platform/ui/qt/QtDesktop.h"
 #include "shell/contracts/ui/SkinForm.h"
-#include "shell/contracts/ui/SkinTree.h"
+#include "tests/platform/ui/Rows.h"
 
 #include <QPixmap>
 #include <QWidget>
@@ -40,45 +40,10 @@ private:
     std::unique_ptr<QtDesktop> desktop_;
 };
 
-// A group with a picture and a text, or a track with a text and a length.
-class DeskRow final : public CSkinTreeItem {
-public:
-    DeskRow(CSkinTree& tree, const String& id, bool group);
+// The ids on screen, from Qt's view.
+[[nodiscard]] std::vector<String> ShownIn(const CSkinTree& tree);
 
-    void BuildRow() override;
-    void ReposControls() override;
-    void RenderSelf(ICanvas& canvas) override;
-    IMenu* GetRowMenu(const MenuDelegate& delegate) override;
-    void OnRowCommand(IMenu* entry) override;
-    void OnExpandChanged(CSkinTree* tree, int row, bool expanded) override;
-    int OnListEvent(CSkinList* list, int context, int event, const String& text) override;
-    bool OnEditEnd(const String& before, const String& after) override;
-    void OnRenameKey() override;
-    int CanBeSelected() override { return 1; }
-    int CanBeEdited() override { return 1; }
-
-    String text;
-};
-
-// A tree that writes down what it is told.
-class DeskTree final : public CSkinTree {
-public:
-    int GetDragText(String& text) override;
-    IMenu* GetMultiSelectMenu() override;
-    IMenu* GetBlankAreaMenu() override;
-    int OnBlankDragOver() override { return 1; }
-    void OnBlankDrop(const String& text) override { log.push_back(u"blank " + text); }
-    void OnDragFinished() override { log.emplace_back(u"drag end"); }
-
-    DeskRow* AddGroup(const String& id);
-    static DeskRow* AddTrack(DeskRow& group, const String& id);
-    [[nodiscard]] std::vector<String> GetShown() const; // The ids on screen, from Qt's view.
-
-    std::vector<String> log;
-    bool refusesDrags = false; // As if what is selected could not be dragged.
-};
-
-// A main form with the page's panels as the build file describes them and a tree of samples.
+// A main form with the page's panels as the build file describes them and a tree.
 class DeskPage {
 public:
     explicit DeskPage(int width = 340, int height = 680);
@@ -93,12 +58,12 @@ public:
         return form_->FindControlRecusive(id);
     }
     CSkinForm& GetForm() { return *form_; }
-    DeskTree& GetTree() { return *tree_; }
+    TestTree& GetTree() { return *tree_; }
     void OpenPane(bool open);
 
 private:
     std::unique_ptr<CSkinForm> form_;
-    DeskTree* tree_ = nullptr;
+    TestTree* tree_ = nullptr;
 };
 
 // Lets the event loop turn until there is nothing to do.

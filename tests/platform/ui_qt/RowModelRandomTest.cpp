@@ -36,7 +36,7 @@ public:
 
 private:
     int Below(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
-    DeskTree& GetTree() { return page_.GetTree(); }
+    TestTree& GetTree() { return page_.GetTree(); }
     RowView& GetView() { return *static_cast<RowView*>(WidgetOf(&GetTree())); }
     CSkinTreeItem* AnyGroup()
     {
@@ -55,11 +55,11 @@ private:
     {
         CSkinTreeItem* group = AnyGroup();
         switch (group == nullptr ? 0 : Below(10)) {
-        case 0: GetTree().AddGroup(u"g" + common::ToText(++name_)); break;
+        case 0: GetTree().AddGroup(u"g" + common::ToText(++name_), {}, /*expanded=*/false); break;
         case 1:
         case 2:
             for (int count = Below(40); count >= 0; --count)
-                DeskTree::AddTrack(static_cast<DeskRow&>(*group), u"t" + common::ToText(++name_));
+                GetTree().AddRow(*group, u"t" + common::ToText(++name_));
             break;
         case 3: GetTree().RemoveTreeItem(AnyTrack()); break;
         case 4:
@@ -107,7 +107,7 @@ private:
             if (row->IsSelected())
                 selected.push_back(row);
         }
-        EXPECT_EQ(GetTree().GetShown(), expected);
+        EXPECT_EQ(ShownIn(GetTree()), expected);
         EXPECT_EQ(static_cast<int>(selected.size()), GetTree().GetSelectedCount());
         std::vector<const CSkinListItem*> inView;
         for (const QModelIndex& index : GetView().selectionModel()->selectedRows())

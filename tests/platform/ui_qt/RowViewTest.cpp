@@ -24,17 +24,11 @@ class RowViewTest : public testing::Test {
 protected:
     RowViewTest()
     {
-        DeskTree& tree = page.GetTree();
+        TestTree& tree = page.GetTree();
         tree.BeginUpdate();
-        for (const char16_t* id : {u"A", u"B", u"C"})
-            groups.push_back(tree.AddGroup(id));
-        for (const char16_t* id : {u"a1", u"a2", u"a3"})
-            DeskTree::AddTrack(*groups[0], id);
-        for (const char16_t* id : {u"b1", u"b2"})
-            DeskTree::AddTrack(*groups[1], id);
-        DeskTree::AddTrack(*groups[2], u"c1");
-        groups[0]->Expand(&tree, 0, /*expanded=*/true);
-        groups[1]->Expand(&tree, 4, /*expanded=*/true);
+        groups = {tree.AddGroup(u"A", {u"a1", u"a2", u"a3"}),
+                  tree.AddGroup(u"B", {u"b1", u"b2"}),
+                  tree.AddGroup(u"C", {u"c1"}, /*expanded=*/false)};
         tree.EndUpdate(1);
         page.GetWindow()->activateWindow();
         GetView().setFocus();
@@ -43,7 +37,7 @@ protected:
     }
 
     RowView& GetView() { return *static_cast<RowView*>(WidgetOf(&page.GetTree())); }
-    DeskTree& GetTree() { return page.GetTree(); }
+    TestTree& GetTree() { return page.GetTree(); }
     CSkinListItem* RowNamed(const String& id)
     {
         for (int place = 0; place < GetTree().GetRowCount(); ++place)
@@ -81,7 +75,7 @@ protected:
 public:
     const Desk desk;
     DeskPage page;
-    std::vector<DeskRow*> groups;
+    std::vector<TestRow*> groups;
 };
 
 TEST_F(RowViewTest, MirrorsTheSelectionBothWays)
@@ -119,7 +113,7 @@ TEST_F(RowViewTest, FoldsByPictureKeysAndCodeAndKeepsNothingHiddenSelected)
     Click(u"a2");
     Click(u"A", {}, 16); // On the fold picture: the selection stays out of it.
     EXPECT_FALSE(groups[0]->IsExpanded());
-    EXPECT_EQ(GetTree().GetShown(), (Texts{u"A", u"B", u"b1", u"b2", u"C"}));
+    EXPECT_EQ(ShownIn(GetTree()), (Texts{u"A", u"B", u"b1", u"b2", u"C"}));
     EXPECT_EQ(GetSelected(), Texts{});
     EXPECT_EQ(GetTree().GetCurrentRow(), groups[0]);
     EXPECT_EQ(GetView().GetModel().RowOf(GetView().currentIndex()), groups[0]);
@@ -317,7 +311,7 @@ TEST_F(RowViewTest, StaysWhereItIsWhenRowsComeAbove)
 {
     GetTree().BeginUpdate();
     for (int count = 0; count < 200; ++count)
-        DeskTree::AddTrack(*groups[1], u"more" + common::ToText(count));
+        GetTree().AddRow(*groups[1], u"more" + common::ToText(count));
     GetTree().EndUpdate(1);
     Settle();
     RowView& view = GetView();
@@ -326,7 +320,7 @@ TEST_F(RowViewTest, StaysWhereItIsWhenRowsComeAbove)
     const int offset = view.visualRect(view.GetModel().IndexOf(top)).top();
     GetTree().BeginUpdate();
     for (int count = 0; count < 20; ++count)
-        DeskTree::AddTrack(*groups[0], u"above" + common::ToText(count));
+        GetTree().AddRow(*groups[0], u"above" + common::ToText(count));
     GetTree().EndUpdate(1);
     Settle();
     EXPECT_EQ(view.visualRect(view.GetModel().IndexOf(top)).top(), offset);
