@@ -26,6 +26,7 @@
 #include "shell/contracts/framework/Paths.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "shell/contracts/ui/SkinWndManager.h"
+#include "tests/support/TempFolder.h"
 
 #include <QAccessible>
 #include <QElapsedTimer>
@@ -245,7 +246,7 @@ QWidget& Stage::GetWindow() const
 
 QTreeView& Stage::GetTree() const
 {
-    const QString name = host::ToQString(host::GetText(u"STRID_TUNEHIVE_NAME_TREE"));
+    const QString name = Say(u"STRID_TUNEHIVE_NAME_TREE");
     for (QTreeView* const tree : impl_->window->findChildren<QTreeView*>()) {
         if (tree->accessibleName() == name)
             return *tree;
@@ -256,11 +257,6 @@ QTreeView& Stage::GetTree() const
 ITuneHiveRemote& Stage::GetRemote() const
 {
     return *impl_->plugins.GetRemote();
-}
-
-const TempFolder& Stage::GetProfile() const
-{
-    return impl_->profile;
 }
 
 QString Say(const char16_t* id)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "shell/contracts/base/String.h"
-#include "tests/support/TempFolder.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -57,7 +56,6 @@ public:
     [[nodiscard]] QWidget& GetWindow() const;
     [[nodiscard]] QTreeView& GetTree() const;
     [[nodiscard]] ITuneHiveRemote& GetRemote() const;
-    [[nodiscard]] const TempFolder& GetProfile() const;
 
     // The widget of that accessible name, in any window that shows, but no label; null: none.
     [[nodiscard]] static QWidget* Find(const QString& name);
@@ -73,8 +71,8 @@ public:
     static bool WaitUntil(const std::function<bool()>& isSo, int milliseconds = 10000);
     static void Turn(int milliseconds); // Turns the event loop for that long.
 
-    // Does it as soon as it can be done, from inside whatever loop then runs: a menu or form waits
-    // in its own. False: it can't yet.
+    // Does it as soon as it can be done, which it says itself, from inside whatever loop then runs:
+    // a menu or form waits in its own. Closes all windows when it can't be done for seconds.
     static void Once(const std::function<bool()>& tryIt);
 
     // Presses the mouse on a row and drags it to a place of the tree's viewport, where it stays,
