@@ -1,6 +1,7 @@
 #include "host/sign/PublishPolicy.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kivo::host {
 
@@ -35,8 +36,8 @@ void PublishPolicy::OnOrderlyEnd()
 
 void PublishPolicy::OnStreamEnd(Time now)
 {
-    isOnline_ = false;
-    if (IsEmpty(wanted_) || published_ != wanted_)
+    const bool wasOnline = std::exchange(isOnline_, false);
+    if (!wasOnline || IsEmpty(wanted_) || published_ != wanted_)
         return;
     const bool isFatal = publishedAt_ && now - *publishedAt_ <= kFatal;
     fatal_ = isFatal ? fatal_ + 1 : 0;

@@ -29,7 +29,8 @@ public:
 
     void OnOrderlyEnd(); // The user's own end of the stream says nothing about the tune.
 
-    // A tune whose publishing ends the stream each time must not do so for ever.
+    // A tune whose publishing ends the stream each time must not do so for ever. An attempt that
+    // never came online says nothing about it.
     void OnStreamEnd(Time now);
 
     // When Take has something next; nothing: not before one of the calls above.

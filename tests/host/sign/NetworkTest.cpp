@@ -161,9 +161,10 @@ TEST_F(Network, AServerThatComesBackFindsAllAsItIsNow)
     ASSERT_TRUE(bob.WaitForNoSign("alice"));
     ASSERT_TRUE(bob.WaitForPresence("alice", SignPresence::Offline));
     server.Start();
-    ASSERT_TRUE(bob.WaitForTitle("alice", "A song", 60000)); // After some waits, ever longer.
+    ASSERT_TRUE(bob.WaitForTitle("alice", "A song", 60000)) << server.ReadLog();
     server.Kill();
     ASSERT_TRUE(alice.WaitForState(SignConnection::Waiting));
+    ASSERT_TRUE(bob.WaitForState(SignConnection::Waiting));
     alice.Play(kStream, "Another"); // Nobody can be told.
     bob.Get().RenameContact(SignServer::GetId("alice"), u"Al");
     server.Start();
