@@ -31,7 +31,7 @@ class PlayerStripTest : public testing::Test {
 public:
     PlayerStripTest() { bar = Stage::FindNamed(u"STRID_TUNEHIVE_NAME_POSITION"); }
 
-    void Play()
+    void Play() const
     {
         ASSERT_TRUE(stage.Play({KIVO_TEST_MEDIA "long.mp3"}));
         ASSERT_NE(bar, nullptr);
