@@ -3,6 +3,7 @@
 #include <QPaintDevice>
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -41,9 +42,16 @@ QPainterPath MakeCell(const QPointF& centre, qreal height)
 
 QRegion MakeRoundMask(const QRect& rect, qreal corner)
 {
-    QPainterPath path;
-    path.addRoundedRect(rect, corner, corner);
-    return QRegion(path.toFillPolygon().toPolygon());
+    const int rows = std::min(static_cast<int>(std::ceil(corner)), rect.height() / 2);
+    QRegion mask = rect.adjusted(0, rows, 0, -rows);
+    for (int row = 0; row < rows; ++row) {
+        const qreal above = std::max(0.0, corner - row - 1);
+        const int cut = static_cast<int>(corner - std::sqrt(corner * corner - above * above));
+        const QRect line(rect.x() + cut, rect.y() + row, rect.width() - 2 * cut, 1);
+        mask += line;
+        mask += line.translated(0, rect.height() - 1 - 2 * row);
+    }
+    return mask;
 }
 
 void FillRounded(QPainter& painter, const QRectF& rect, qreal corner, const QColor& colour)

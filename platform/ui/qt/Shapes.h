@@ -20,7 +20,8 @@ inline constexpr qreal kEntry = 5.0;
 // The comb cell: a hexagon that stands on a point, `height` high, with soft corners.
 [[nodiscard]] QPainterPath MakeCell(const QPointF& centre, qreal height);
 
-// What a window with round corners covers: they are cut off also where nothing blends windows.
+// What a window with round corners covers, pixels in part too, so that its edge stays smooth: the
+// corners are cut off also where nothing blends windows.
 [[nodiscard]] QRegion MakeRoundMask(const QRect& rect, qreal corner);
 
 void FillRounded(QPainter& painter, const QRectF& rect, qreal corner, const QColor& colour);

@@ -4,12 +4,11 @@
 #include "shell/contracts/ui/SkinForm.h"
 #include "tests/platform/ui/Rows.h"
 
-#include <QPixmap>
+#include <QImage>
 #include <QWidget>
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 

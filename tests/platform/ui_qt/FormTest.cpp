@@ -173,8 +173,10 @@ TEST(Menu, ShowsItsEntriesAsTheyAre)
         EXPECT_EQ(actions[4]->menu()->actions().size(), 1);
         EXPECT_FALSE(actions[5]->isEnabled());
         // Round corners, also where no compositor blends windows.
-        EXPECT_FALSE(menu.mask().contains({0, 0}));
-        EXPECT_TRUE(menu.mask().contains({18, 0}));
+        EXPECT_FALSE(menu.mask().contains({3, 0}));
+        EXPECT_TRUE(menu.mask().contains({4, 0})); // Touched: the edge is smooth.
+        EXPECT_FALSE(menu.mask().contains({3, menu.height() - 1}));
+        EXPECT_TRUE(menu.mask().contains(menu.rect().adjusted(4, 0, -5, 0).bottomRight()));
     });
     IMenu::PopupMenu(&page.GetForm(), MakeMenu(chooser), 20, 20, 0, {});
     EXPECT_EQ(chooser.chosen, 0);
