@@ -20,6 +20,8 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace kivo::ui::qt {
 namespace {
 
@@ -101,7 +103,10 @@ TEST(Button, HasAHandOfAtLeast28Pixels)
 
 // Removes the whole form in a press, as a close button does.
 struct Closer {
-    void OnPress(CSkinObject* /*sender*/, void* /*data*/) { form->Release(); }
+    void OnPress(CSkinObject* /*sender*/, void* /*data*/)
+    {
+        std::exchange(form, nullptr)->Release();
+    }
     CSkinForm* form;
 };
 
