@@ -124,6 +124,7 @@ TEST_F(ManagerTest, ThePlayerIsTheFirstById)
     second.canPlay = true;
     static_cast<void>(manager->GetPlayer(u"/b.mp3"));
     EXPECT_EQ(first.shown, 0) << "It hides for the other.";
+    manager->Destroy(); // Before the players, which are the test's.
 }
 
 TEST_F(ManagerTest, ListenersHearTheControlInOrderEachWithAStateOfItsOwn)

@@ -41,7 +41,7 @@ TEST(Gapless, WhatCannotBePlayedAfterAnEndStillLetsGoOfTheDevice)
         SCOPED_TRACE(next);
         run.Clear();
         run.Do(std::string("tone.wav @8 ") + next);
-        EXPECT_TRUE(RunUntil([&] { return CountThreads() <= resting; }, 3'000));
+        EXPECT_TRUE(RunUntil([&] { return CountThreads() <= resting; }, 10'000));
         EXPECT_TRUE(run.GetTrace().starts_with("9 3 8 9 ")) << run.GetTrace();
     }
 }
