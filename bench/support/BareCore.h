@@ -3,6 +3,7 @@
 #include "bench/support/Measure.h"
 #include "platform/engine/Core.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -35,8 +36,8 @@ public:
     void Pass(double seconds)
     {
         const double end = GetSeconds() + seconds;
-        for (double left = seconds; left > 0; left = end - GetSeconds())
-            mpv_wait_event(core_.get(), left);
+        while (GetSeconds() < end)
+            mpv_wait_event(core_.get(), std::max(end - GetSeconds(), 0.0));
     }
 
 private:
