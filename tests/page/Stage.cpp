@@ -295,6 +295,7 @@ QPoint Stage::PlaceOf(const QString& text) const
 bool Stage::Play(const std::vector<std::string>& paths) const
 {
     std::vector<String> texts;
+    texts.reserve(paths.size());
     for (const std::string& path : paths)
         texts.push_back(common::PathToText(path));
     GetRemote().Open(texts, u"playing", /*playFirst=*/true);
