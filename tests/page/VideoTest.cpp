@@ -29,7 +29,7 @@ Ground GroundOf(const QColor& colour)
 
 class VideoTest : public testing::Test {
 public:
-    void PlayRed()
+    void PlayRed() const
     {
         ASSERT_TRUE(stage.Play({KIVO_TEST_MEDIA "red.mp4"}));
         ASSERT_TRUE(Stage::WaitUntil([&] { return IsRed(); }));
