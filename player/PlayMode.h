@@ -12,7 +12,7 @@ enum class PlayMode : int {
     Random = 4,      // Random, without end.
 };
 
-// A play mode as the menu offers it.
+// A play mode as the menu offers it. The command is among those of tree/TreeMenus.h, each once.
 struct PlayModeEntry {
     PlayMode mode;
     const char16_t* textId;

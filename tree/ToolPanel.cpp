@@ -2,6 +2,7 @@
 
 #include "medialib/AddFolderThread.h"
 #include "mediares/GroupIds.h"
+#include "player/PlayMode.h"
 #include "shell/base/Settings.h"
 #include "shell/contracts/base/Beyond.h"
 #include "shell/contracts/common/Text.h"
@@ -117,9 +118,11 @@ void CToolPanel::ShowDeleteMenu()
 void CToolPanel::DoMenuCommand(ui::IMenu* entry)
 {
     const int command = entry->GetID();
-    if (command >= kCommandFirstMode && command <= kCommandLastMode) {
-        SetPlayMode(command - kCommandFirstMode);
-        return;
+    for (const PlayModeEntry& offered : kPlayModes) {
+        if (offered.command == command) {
+            SetPlayMode(static_cast<int>(offered.mode));
+            return;
+        }
     }
     CMediaTree* tree = GetTree();
     if (tree == nullptr)

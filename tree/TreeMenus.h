@@ -18,8 +18,7 @@ enum MenuCommand : int {
     kCommandDeleteTrack = 9,
     kCommandRenameTrack = 10,
     kCommandOpenTrack = 11,
-    kCommandFirstMode = 12,
-    kCommandLastMode = 16,
+    // 12 to 16: the play modes, see kPlayModes.
     kCommandAddFiles = 17,
     kCommandAddFolder = 18,
     kCommandAddURL = 19,

@@ -153,10 +153,10 @@ TEST_F(ToolPanelTest, DeletesWhatIsSelected)
 TEST_F(ToolPanelTest, AModeIsSetAndCheckedTheNextTime)
 {
     for (const int mode : {4, 0, 3, 1, 2}) {
-        EXPECT_EQ(PressAndChoose(u"ModeBtn", kCommandFirstMode + mode), (Ids{12, 13, 14, 15, 16}));
+        EXPECT_EQ(PressAndChoose(u"ModeBtn", 12 + mode), (Ids{12, 13, 14, 15, 16}));
         EXPECT_EQ(GetPlayMode(), mode);
         PressAndChoose(u"ModeBtn");
-        EXPECT_EQ(checked_, Ids{kCommandFirstMode + mode});
+        EXPECT_EQ(checked_, Ids{12 + mode});
     }
 }
 
