@@ -36,13 +36,16 @@ protected:
 };
 
 // Opens one local file for its attributes. Bounded: 2 seconds, 100 MB; a hostile file has no
-// attributes.
+// attributes. Thread: any, one object on one thread at a time.
 class IWMMetadataEditor {
 public:
+    // S_OK: its header can be asked for. E_FAIL: missing, no regular file, or no media. What was
+    // open before is closed either way.
     virtual HRESULT Open(const String& path) = 0;
-    // Null until a file is open whose header could be read. Owned by the editor.
+    // Null until a file is open whose header could be read. Owned by the editor, until the next
+    // Open.
     [[nodiscard]] virtual IWMHeaderInfo3* QueryHeaderInfo() = 0;
-    virtual void Release() = 0;
+    virtual void Release() = 0; // Frees the editor.
 
 protected:
     ~IWMMetadataEditor() = default;
@@ -80,7 +83,8 @@ protected:
     ~IWMReader() = default;
 };
 
-// Each loads its module of platform/attributes at its first call; null: it is missing. Thread: any.
+// Each loads its module of platform/attributes at its first call; null: it is missing. The caller
+// frees the object by Release. Thread: any.
 [[nodiscard]] KIVO_API IWMMetadataEditor* WMCreateEditor();
 [[nodiscard]] KIVO_API IWMReader* WMCreateReader();
 

@@ -26,7 +26,7 @@ public:
     virtual void Stop() = 0; // As the stop button.
     virtual void Next() = 0;
     virtual void Previous() = 0;
-    virtual void Seek(double seconds) = 0;
+    virtual void Seek(double seconds) = 0; // Nothing before anything has played.
 
     [[nodiscard]] virtual int GetVolume() const = 0; // 0 to 100; -1 before anything has played.
     virtual void SetVolume(int volume) = 0;          // Clamped; nothing before anything has played.
@@ -35,9 +35,9 @@ public:
     GetState() const = 0; // The player's state number; 0 before the first.
     [[nodiscard]] virtual String GetTitle() const = 0; // As the sign would show it.
     [[nodiscard]] virtual String GetArtist() const = 0;
-    [[nodiscard]] virtual String GetPath() const = 0;
+    [[nodiscard]] virtual String GetPath() const = 0;     // Of the current track; empty: none.
     [[nodiscard]] virtual double GetPosition() const = 0; // Seconds; -1 without a control.
-    [[nodiscard]] virtual double GetLength() const = 0;
+    [[nodiscard]] virtual double GetLength() const = 0;   // The same of the whole track.
 
     // No import runs, no address waits to be set, and the player is stopped, ended or ready:
     // nothing more will happen by itself.
@@ -55,7 +55,7 @@ public:
 
     virtual void ToggleFullScreen() = 0; // Of a moving picture; nothing without one.
 
-    virtual void OpenWebForm() = 0;
+    virtual void OpenWebForm() = 0; // The music cabinet.
     virtual void
     SetMusicServer(const String& hostAndPort) = 0; // "HOST[:PORT]", before the form opens.
 

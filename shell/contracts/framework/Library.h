@@ -12,6 +12,7 @@ using LibraryHandle = void*;
 [[nodiscard]] KIVO_API LibraryHandle LoadLibraryW(const String& name);
 [[nodiscard]] KIVO_API void* GetProcAddress(LibraryHandle library,
                                             const char* name); // Null: no such name.
-KIVO_API int FreeLibrary(LibraryHandle library);               // 1: done.
+// 1: done. 0: it is none, or it can't be given up.
+KIVO_API int FreeLibrary(LibraryHandle library);
 
 } // namespace kivo

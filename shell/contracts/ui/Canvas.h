@@ -6,6 +6,7 @@ namespace kivo::ui {
 
 // What a control or a row draws itself on; lives for one call of RenderSelf. Coordinates are those
 // of the bounds of the object that is drawn; a mirrored window is the canvas's matter.
+// Thread: user interface.
 class ICanvas {
 public:
     virtual void FillRect(const Rect& rect, COLORREF colour) = 0; // `colour` as in Types.h.
