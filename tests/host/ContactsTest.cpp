@@ -300,11 +300,11 @@ TEST(FormatFingerprint, IsMadeForComparing)
 }
 
 // A language that lacks a text would show its id; a text that lacks a place would hide a name.
-TEST(HostTexts, AreTheSameInAllLanguages)
+TEST(Texts, AreTheSameInAllLanguages)
 {
-    const auto read = [](const std::string& language) {
+    const auto read = [](const std::string& folder, const std::string& language) {
         std::map<std::string, std::size_t> places;
-        std::ifstream table(std::string(KIVO_HOST_FOLDER_BYTES) + "lang/" + language +
+        std::ifstream table(std::string(KIVO_HOST_FOLDER_BYTES) + folder + "/lang/" + language +
                             "/stringid.ini");
         for (std::string line; std::getline(table, line);) {
             std::size_t count = 0;
@@ -316,10 +316,12 @@ TEST(HostTexts, AreTheSameInAllLanguages)
         }
         return places;
     };
-    const auto english = read("en");
-    ASSERT_GT(english.size(), 50U);
-    for (const char* const language : {"de", "zh_CN"})
-        EXPECT_EQ(read(language), english) << language;
+    for (const char* const folder : {".", "../data"}) {
+        const auto english = read(folder, "en");
+        ASSERT_GT(english.size(), 50U) << folder;
+        for (const char* const language : {"de", "zh_CN"})
+            EXPECT_EQ(read(folder, language), english) << folder << ' ' << language;
+    }
 }
 
 } // namespace
