@@ -2,6 +2,7 @@
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
+#include "tests/support/TempFolder.h"
 
 #include <QDropEvent>
 #include <QEventLoop>
