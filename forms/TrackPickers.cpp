@@ -10,6 +10,8 @@
 #include "shell/contracts/common/Language.h"
 #include "shell/contracts/common/Text.h"
 #include "shell/contracts/framework/FileDialog.h"
+#include "shell/contracts/ui/SkinForm.h"
+#include "shell/contracts/ui/SkinWndManager.h"
 
 namespace kivo::tunehive {
 
@@ -72,11 +74,13 @@ int TrackPickers::PickMediaFiles(CWnd* parent, CStringArray& paths)
     return 1;
 }
 
-int TrackPickers::PickFolder(CWnd* parent, String& folder)
+int TrackPickers::PickFolder(CWnd* /*parent*/, String& folder)
 {
     const String title =
         common::CMutiLanSupport::GetInstance()->GetStringViaID(u"STRID_TUNEHIVE_SELECTDIR");
-    const String chosen = SHBrowseForFolderW(parent, title);
+    // The whole program waits for a folder, wherever it was asked for.
+    const String chosen =
+        SHBrowseForFolderW(ui::CSkinWndManager::GetInstance()->GetMainForm(), title);
     if (chosen.empty())
         return 0;
     folder = chosen;
