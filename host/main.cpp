@@ -1,6 +1,7 @@
 #include "host/Arguments.h"
 #include "host/Program.h"
 #include "platform/base/BrowserSafety.h"
+#include "platform/base/HeapPools.h"
 
 #include <unistd.h>
 
@@ -29,6 +30,7 @@ int main(int argc, char** argv)
 {
     constexpr int kWrongUse = 2;
     kivo::SecureBrowserEnvironment();
+    kivo::LimitHeapPools();
     const std::vector<std::string> arguments(argv, argv + argc);
     kivo::host::ParsedArguments parsed = kivo::host::ParseArguments(arguments, GetStartFolder());
     if (parsed.options.showHelp || parsed.options.showVersion) {

@@ -2,6 +2,7 @@
 // once a minute, with everything stopped and removed, whether memory, handles or threads have
 // grown. Status 0: they have not; 1: they have; 2: usage.
 
+#include "platform/base/HeapPools.h"
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
 #include "tests/soak/Hand.h"
@@ -200,6 +201,7 @@ int main(int argc, char** argv)
         std::fputs("usage: kivo_soak MINUTES [SEED]\n", stderr);
         return 2;
     }
+    kivo::LimitHeapPools(); // As the program does.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     int count = 1;
     const QApplication application(count, argv);
