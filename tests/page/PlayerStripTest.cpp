@@ -2,30 +2,16 @@
 
 #include "shell/contracts/desktop/TuneHiveRemote.h"
 #include "tests/page/Stage.h"
+#include "tests/support/QtInput.h"
 
 #include <gtest/gtest.h>
 #include <QAccessible>
 #include <QHelpEvent>
 #include <QTest>
 #include <QToolTip>
-#include <QWheelEvent>
 
 namespace kivo::test {
 namespace {
-
-void TurnWheel(QWidget& widget, int angle)
-{
-    const QPointF place = widget.rect().center();
-    QWheelEvent turn(place,
-                     widget.mapToGlobal(place),
-                     {},
-                     QPoint(0, angle),
-                     Qt::NoButton,
-                     Qt::NoModifier,
-                     Qt::NoScrollPhase,
-                     /*inverted=*/false);
-    QApplication::sendEvent(&widget, &turn);
-}
 
 class PlayerStripTest : public testing::Test {
 public:

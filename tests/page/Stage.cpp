@@ -26,6 +26,7 @@
 #include "shell/contracts/framework/Paths.h"
 #include "shell/contracts/ui/SkinManager.h"
 #include "shell/contracts/ui/SkinWndManager.h"
+#include "tests/support/QtInput.h"
 #include "tests/support/TempFolder.h"
 
 #include <QAccessible>
@@ -350,13 +351,7 @@ void Stage::StartDrag(const QPoint& from, const QPoint& to, int stepMs) const
     QTest::mousePress(&rows, Qt::LeftButton, {}, from);
     for (const int way : {20, 40}) {
         const QPointF place(from + QPoint(0, way));
-        QMouseEvent move(QEvent::MouseMove,
-                         place,
-                         rows.mapToGlobal(place),
-                         Qt::NoButton,
-                         Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(&rows, &move);
+        DragTo(rows, place);
     }
 }
 

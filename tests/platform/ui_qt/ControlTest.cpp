@@ -7,6 +7,7 @@
 #include "shell/contracts/ui/SkinSplitter.h"
 #include "shell/contracts/ui/SWColorEdit.h"
 #include "tests/platform/ui_qt/Desk.h"
+#include "tests/support/QtInput.h"
 
 #include <gtest/gtest.h>
 #include <QAbstractButton>
@@ -18,7 +19,6 @@
 #include <QLineEdit>
 #include <QTest>
 #include <QToolTip>
-#include <QWheelEvent>
 
 #include <utility>
 
@@ -49,21 +49,6 @@ private:
 QPoint Middle(const QWidget& widget)
 {
     return widget.rect().center();
-}
-
-// A turn of the wheel by one notch, as the window system sends it.
-void TurnWheel(QWidget& widget, int angle)
-{
-    const QPointF place = Middle(widget);
-    QWheelEvent turn(place,
-                     widget.mapToGlobal(place),
-                     {},
-                     QPoint(0, angle),
-                     Qt::NoButton,
-                     Qt::NoModifier,
-                     Qt::NoScrollPhase,
-                     /*inverted=*/false);
-    QApplication::sendEvent(&widget, &turn);
 }
 
 TEST(Button, IsPressedByMouseAndKeysAndNotWhileDisabled)
@@ -196,7 +181,7 @@ TEST_F(FieldTest, AComboxChoosesByMouseFromItsListAndIgnoresTheWheel)
     EXPECT_EQ(combox->GetCurSel(), 2);
     EXPECT_EQ(presses.Get(), 1);
     box->clearFocus();
-    TurnWheel(*box, 120);
+    test::TurnWheel(*box, 120);
     EXPECT_EQ(combox->GetCurSel(), 2) << "a wheel over it was meant for the window";
 }
 
@@ -262,13 +247,13 @@ TEST(Button, HearsTheWheelIfSomebodyListens)
     DeskPage page;
     WheelEar ear;
     auto* button = static_cast<CSkinButton*>(page.Find(u"VolBtn"));
-    TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    test::TurnWheel(*page.GetButton(u"VolBtn"), 120);
     button->SetWheelListener(Delegate<int>(&ear, &WheelEar::OnTurn));
-    TurnWheel(*page.GetButton(u"VolBtn"), 120);
-    TurnWheel(*page.GetButton(u"VolBtn"), -360);
+    test::TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    test::TurnWheel(*page.GetButton(u"VolBtn"), -360);
     EXPECT_EQ(ear.heard, -240);
     button->SetEnabled(0);
-    TurnWheel(*page.GetButton(u"VolBtn"), 120);
+    test::TurnWheel(*page.GetButton(u"VolBtn"), 120);
     EXPECT_EQ(ear.heard, -240);
 }
 
@@ -299,9 +284,9 @@ TEST_P(SliderHand, JumpsDragsAndScrolls)
     EXPECT_NEAR(slider->GetPosition(), 150, 4);
     const Presses presses(*slider);
     const int before = slider->GetPosition();
-    TurnWheel(bar, 120);
+    test::TurnWheel(bar, 120);
     EXPECT_GT(slider->GetPosition(), before);
-    TurnWheel(bar, -240);
+    test::TurnWheel(bar, -240);
     EXPECT_LT(slider->GetPosition(), before);
     EXPECT_EQ(presses.Get(), 2);
 }

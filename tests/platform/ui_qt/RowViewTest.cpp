@@ -4,6 +4,7 @@
 #include "platform/ui/qt/UriList.h"
 #include "platform/ui/qt/WidgetPeer.h"
 #include "tests/platform/ui_qt/Desk.h"
+#include "tests/support/QtInput.h"
 
 #include <gtest/gtest.h>
 #include <QApplication>
@@ -293,13 +294,7 @@ TEST_F(RowViewTest, ARefusedDragLeavesTheSelection)
     QTest::mousePress(&rows, Qt::LeftButton, {}, PlaceOf(u"a2"));
     for (const char16_t* over : {u"a3", u"B", u"b1", u"b2"}) {
         const QPointF place = PlaceOf(over);
-        QMouseEvent move(QEvent::MouseMove,
-                         place,
-                         rows.mapToGlobal(place),
-                         Qt::NoButton,
-                         Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(&rows, &move);
+        test::DragTo(rows, place);
     }
     EXPECT_EQ(rows.cursor().shape(), Qt::ForbiddenCursor);
     QTest::mouseRelease(&rows, Qt::LeftButton, {}, PlaceOf(u"b2"));
